@@ -1,0 +1,241 @@
+#include "platform/desktop/Queue.h"
+
+#include <pthread.h>
+
+#include <memory>
+
+#include "platform/desktop/Futex.h"
+#include "platform/desktop/Life.h"
+#include "platform/desktop/Lock.h"
+#include "platform/desktop/Sweep.h"
+#include "platform/desktop/TextTransfer.h"
+#include "platform/kernel/StartRecords.h"
+
+namespace juntora::desktop {
+namespace {
+
+constexpr int SERVED_IN_A_ROW = 64;
+constexpr std::uint32_t SERVED_BETWEEN_LOOKS = 64;
+
+thread_local Queue* t_queue = nullptr;
+
+void endThreadQueue(void* queue) {
+    t_queue = nullptr;
+    const std::unique_ptr<Queue> ended(static_cast<Queue*>(queue));
+}
+
+/// Its destructor runs at a thread's end, and not at the process's, where the main thread's queue
+/// must outlast the static objects that still talk through it.
+pthread_key_t threadEndKey() {
+    static const pthread_key_t key = [] {
+        pthread_key_t made{};
+        pthread_key_create(&made, &endThreadQueue);
+        return made;
+    }();
+    return key;
+}
+
+bool isOf(const PostedMessage& message, HWND window, UINT first, UINT last) {
+    return (window == 0 || message.window == window) &&
+           ((first == 0 && last == 0) || (message.message >= first && message.message <= last));
+}
+
+}  // namespace
+
+Queue* Queue::current() { return t_queue != nullptr ? t_queue : make(); }
+
+Queue* Queue::make() {
+    Attachment* desktop = Attachment::get();
+    if (desktop == nullptr) {
+        return nullptr;
+    }
+    std::uint32_t generation = 0;
+    std::uint32_t thread = NONE;
+    {
+        const SegmentLock lock(desktop->segment());
+        if (lock) {
+            thread = claimThread(*desktop, &generation);
+        }
+    }
+    if (thread == NONE) {
+        return nullptr;
+    }
+    t_queue = std::unique_ptr<Queue>(new Queue(*desktop, thread, generation)).release();
+    pthread_setspecific(threadEndKey(), t_queue);
+    return t_queue;
+}
+
+Queue::Queue(Attachment& desktop, std::uint32_t thread, std::uint32_t generation)
+    : m_desktop(desktop),
+      m_thread(thread),
+      m_generation(generation),
+      m_mailbox(&desktop.segment().mailboxes[thread]) {
+    // What was on its way to the slot's last owner is for nobody.
+    m_mailbox->bell = AWAKE;
+    SentMessage sent;
+    while (m_mailbox->sent.pop(&sent)) {
+    }
+    PostedMessage posted;
+    while (m_mailbox->posted.pop(&posted)) {
+    }
+}
+
+Queue::~Queue() {
+    const SegmentLock lock(segment());
+    if (lock) {
+        releaseThread(m_desktop, m_thread);
+    }
+}
+
+void leaveQueueOfExitingThread() {
+    if (t_queue != nullptr) {
+        pthread_setspecific(threadEndKey(), nullptr);
+        endThreadQueue(t_queue);
+    }
+}
+
+void forgetQueuesInForkedChild() {
+    // The object is left alone: it is the parent's, who goes on using what it stands for.
+    t_queue = nullptr;
+    pthread_setspecific(threadEndKey(), nullptr);
+}
+
+bool Queue::serveSent() {
+    m_mailbox->looks.store(m_mailbox->looks.load(std::memory_order_relaxed) + 1,
+                           std::memory_order_relaxed);
+    SentMessage sent;
+    int served = 0;
+    while (served < SERVED_IN_A_ROW && m_mailbox->sent.pop(&sent)) {
+        m_patience.noteWork();
+        answer(sent);
+        ++served;
+    }
+    m_servedSinceLook += static_cast<std::uint32_t>(served);
+    return served > 0;
+}
+
+void Queue::answer(const SentMessage& sent) {
+    if (sent.sender >= MAX_THREADS || sent.replySlot >= MAX_SEND_DEPTH) {
+        return;
+    }
+    Mailbox& sender = segment().mailboxes[sent.sender];
+    IncomingText text(sent, sender);
+    const LRESULT result = callWindow(sent.window, sent.message, sent.wParam, text.lParam());
+    text.giveBack(result);
+    std::uint64_t waiting = static_cast<std::uint64_t>(sent.turn) << 33;
+    const std::uint64_t answered =
+        waiting | std::uint64_t{1} << 32 | static_cast<std::uint32_t>(result);
+    // Refused where the sender has given up, or its slot is another's by now.
+    if (sender.replies[sent.replySlot].word.compare_exchange_strong(waiting, answered)) {
+        ringIfAsleep(sent.sender);
+    }
+}
+
+bool Queue::ringIfAsleep(std::uint32_t thread) {
+    std::atomic<std::uint32_t>& bell = segment().mailboxes[thread].bell;
+    const std::uint32_t seen = bell.load();
+    if (!isAsleep(seen)) {
+        return false;
+    }
+    ring(bell, seen, m_desktop.folderDescriptor(), thread, m_ropes);
+    return true;
+}
+
+bool Queue::takePosted(HWND window, UINT first, UINT last, bool keep, MSG* message) {
+    auto found = m_kept.begin();
+    while (found != m_kept.end() && !isOf(*found, window, first, last)) {
+        ++found;
+    }
+    PostedMessage next;
+    while (found == m_kept.end()) {
+        if (m_kept.size() >= POSTED_RING_CELLS || !m_mailbox->posted.pop(&next)) {
+            return false;
+        }
+        ++m_servedSinceLook;
+        if (!keep && isOf(next, window, first, last)) {
+            *message = {next.window, next.message, next.wParam, next.lParam, 0, {}};
+            return true;
+        }
+        m_kept.push_back(next);
+        found = m_kept.end();
+        if (isOf(next, window, first, last)) {
+            --found;
+        }
+    }
+    *message = {found->window, found->message, found->wParam, found->lParam, 0, {}};
+    if (!keep) {
+        m_kept.erase(found);
+    }
+    return true;
+}
+
+bool Queue::openWaitSet() { return m_waitSet.open(m_desktop.folderDescriptor(), m_thread); }
+
+void Queue::lookAtDescriptors(bool now) {
+    if (m_waitSet.isOpen() && (now || m_servedSinceLook >= SERVED_BETWEEN_LOOKS)) {
+        m_servedSinceLook = 0;
+        m_waitSet.wakeAt(m_timers.nextDue());
+        m_waitSet.wait(0);
+    }
+}
+
+std::uint32_t Queue::sleepAs(BellState state) {
+    const std::uint32_t bell = nextSleep(m_mailbox->bell.load(std::memory_order_relaxed), state);
+    m_mailbox->bell.store(bell);
+    return bell;
+}
+
+void Queue::wakeUp() {
+    const std::uint32_t bell = m_mailbox->bell.load(std::memory_order_relaxed);
+    m_mailbox->bell.store(bell & ~BELL_STATE_BITS, std::memory_order_relaxed);
+}
+
+bool Queue::lieDown() {
+    noteIdle();
+    m_waitSet.wakeAt(m_timers.nextDue());
+    sleepAs(IN_POLL);
+    if (hasWork()) {
+        wakeUp();
+        return false;
+    }
+    return true;
+}
+
+void Queue::waitForWork() {
+    if (m_patience.linger([this] { return hasWork(); })) {
+        return;
+    }
+    if (lieDown()) {
+        m_servedSinceLook = 0;
+        m_waitSet.wait(-1);
+        wakeUp();
+    }
+}
+
+void Queue::noteIdle() {
+    if (!m_hasBeenIdle) {
+        m_hasBeenIdle = true;
+        kernel::noteInputIdle();
+    }
+}
+
+void Queue::waitInSend(std::uint32_t receiver, const std::atomic<std::uint64_t>& reply,
+                       std::uint64_t waiting, std::uint32_t milliseconds) {
+    std::atomic<std::uint32_t>& life = lifeWord(segment().threads[receiver]);
+    // The kernel wakes somebody at the owner's death only if this bit says that somebody waits.
+    std::uint32_t alive = life.load();
+    if ((alive & FUTEX_OWNER_DIED) != 0 || (alive & FUTEX_TID_MASK) == 0) {
+        return;
+    }
+    if ((alive & FUTEX_WAITERS) == 0 &&
+        !life.compare_exchange_strong(alive, alive | FUTEX_WAITERS)) {
+        return;
+    }
+    const std::uint32_t bell = sleepAs(IN_FUTEX);
+    if (reply.load() == waiting && !hasSent()) {
+        futexWait({&m_mailbox->bell, bell}, {&life, alive | FUTEX_WAITERS}, milliseconds);
+    }
+    wakeUp();
+}
+
+}  // namespace juntora::desktop

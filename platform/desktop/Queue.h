@@ -1,0 +1,98 @@
+// The queue of one thread: its mail, its sleep, its timers.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <optional>
+
+#include "platform/desktop/Attachment.h"
+#include "platform/desktop/Doorbell.h"
+#include "platform/desktop/Patience.h"
+#include "platform/desktop/Timers.h"
+#include "platform/desktop/WaitSet.h"
+
+namespace juntora::desktop {
+
+class Queue {
+public:
+    /// The calling thread's queue, made by the first call; null without a desktop or when the
+    /// desktop holds no more queues.
+    static Queue* current();
+
+    ~Queue();
+    Queue(const Queue&) = delete;
+    Queue& operator=(const Queue&) = delete;
+
+    Attachment& desktop() { return m_desktop; }
+    Segment& segment() { return m_desktop.segment(); }
+    std::uint32_t thread() const { return m_thread; }
+    std::uint32_t generation() const { return m_generation; }
+    Mailbox& mailbox() { return *m_mailbox; }
+    Timers& timers() { return m_timers; }
+    Patience& patience() { return m_patience; }
+
+    // --- Mail ---------------------------------------------------------------------------------
+
+    /// Serves what has been sent to this thread, up to a number that lets other work come up too.
+    /// Whether there was any.
+    bool serveSent();
+    bool hasSent() const { return m_mailbox->sent.hasWork(); }
+    /// Takes the oldest posted message of this window (0: any) with a number in the range (both 0:
+    /// any); with `keep` it stays in its place.
+    bool takePosted(HWND window, UINT first, UINT last, bool keep, MSG* message);
+    /// Posts to the thread itself.
+    void keepPosted(const PostedMessage& message) { m_kept.push_back(message); }
+    bool ringIfAsleep(std::uint32_t thread);
+
+    std::optional<int> quitCode;
+
+    // --- Sleep --------------------------------------------------------------------------------
+
+    /// Makes what idle waiting needs. False without descriptors.
+    bool openWaitSet();
+    WaitSet& waitSet() { return m_waitSet; }
+    /// Looks at timers and descriptors without waiting, every so often; cheap in between.
+    void lookAtDescriptors(bool now);
+    /// Sleeps until there is mail, a timer is due or a descriptor is ready.
+    void waitForWork();
+    /// Lies down (state IN_POLL) so that mail makes the wait set readable; false, awake, if there
+    /// is work.
+    bool lieDown();
+    void wakeUp();
+    /// Sleeps inside a send until mail or a reply arrives or `receiver` dies, at most
+    /// `milliseconds`.
+    void waitInSend(std::uint32_t receiver, const std::atomic<std::uint64_t>& reply,
+                    std::uint64_t waiting, std::uint32_t milliseconds);
+
+    // --- Sends under way ----------------------------------------------------------------------
+
+    std::uint32_t sendDepth = 0;
+    std::uint32_t textTop = 0;  ///< Bytes of the text area in use.
+
+private:
+    Queue(Attachment& desktop, std::uint32_t thread, std::uint32_t generation);
+    static Queue* make();
+    void answer(const SentMessage& sent);
+    bool hasWork() const { return hasSent() || m_mailbox->posted.hasWork() || !m_kept.empty(); }
+    std::uint32_t sleepAs(BellState state);
+    void noteIdle();
+
+    Attachment& m_desktop;
+    const std::uint32_t m_thread;
+    const std::uint32_t m_generation;
+    Mailbox* const m_mailbox;
+    /// Taken out of the ring by a search that wanted another message, oldest first.
+    std::deque<PostedMessage> m_kept;
+    Timers m_timers;
+    WaitSet m_waitSet;
+    BellRopes m_ropes;
+    Patience m_patience;
+    std::uint32_t m_servedSinceLook = 0;
+    bool m_hasBeenIdle = false;
+};
+
+/// The window procedure of a window of the calling thread, with what it throws caught: nothing may
+/// pass through a message loop. 0 for a window that is not this thread's.
+LRESULT callWindow(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+}  // namespace juntora::desktop

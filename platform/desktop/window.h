@@ -1,0 +1,109 @@
+// Windows of the desktop: they live in the shared segment, so that every process sees those of
+// every other. A window belongs to the thread that made it and dies with that thread.
+//
+// Unless told otherwise a call that is given a window which does not exist returns 0 and sets
+// ERROR_INVALID_WINDOW_HANDLE, and any thread may call it. None of them throws.
+#pragma once
+
+#include "platform/messages.h"
+#include "platform/types.h"
+
+namespace juntora {
+
+struct WNDCLASSA {
+    UINT style;
+    WNDPROC lpfnWndProc;
+    int icon;                   ///< Resource number, 0 for none.
+    int cursor;                 ///< Resource number of a standard cursor, 32512 for the arrow.
+    int background;             ///< System colour plus one, 0 for none.
+    const char* lpszClassName;  ///< 1 to 63 bytes; copied.
+};
+
+/// Makes a class known to this process. Returns non-zero, or 0 when the name is unfit or already a
+/// class of this process (ERROR_CLASS_ALREADY_EXISTS). Names compare without regard to case.
+WORD RegisterClassA(const WNDCLASSA* windowClass);
+
+/// The desktop itself: the parent of all top-level windows and of desktop children.
+HWND GetDesktopWindow();
+
+/// Makes a window of the calling thread and sends it WM_CREATE with `param` as lParam; a result of
+/// -1 unmakes it again. `title` may be null; 511 bytes of it are kept. `parent` 0 with WS_CHILD
+/// clear is a top-level window. `id` is the child's identifier. A window made visible sends no
+/// WM_SHOWWINDOW. Position and size are in pixels relative to the parent.
+/// Returns 0 when the class is unknown, WM_CREATE refused or the desktop is full.
+HWND CreateWindowExA(DWORD extendedStyle, const char* className, const char* title, DWORD style,
+                     int x, int y, int width, int height, HWND parent, int id,
+                     void* param = nullptr);
+
+/// Destroys a window of the calling thread after its children, with WM_DESTROY and WM_NCDESTROY.
+/// Its timers go, messages that wait for it are dropped, and senders get 0.
+BOOL DestroyWindow(HWND window);
+
+/// Whether the window exists and the thread that owns it lives. No system call unless it has died.
+BOOL IsWindow(HWND window);
+
+/// The top-most window whose parent is the desktop, of this class and title (null: any), in
+/// whatever process. Both compare without regard to case. Costs a few loads while no window of the
+/// desktop has come, gone, moved in the order or changed its title since the same question was last
+/// asked by this thread.
+HWND FindWindowA(const char* className, const char* title);
+
+/// GW_HWNDFIRST, GW_HWNDNEXT: siblings in window order, top-most first. GW_CHILD: the first child.
+HWND GetWindow(HWND window, UINT which);
+HWND GetParent(HWND window);
+HWND GetDlgItem(HWND parent, int id);
+int GetDlgCtrlID(HWND window);
+
+/// Calls `visit(window, context)` for the desktop's children in window order until it returns 0.
+void EnumWindows(BOOL (*visit)(HWND, LPARAM), LPARAM context);
+
+/// The thread that owns the window (a number of the desktop, not of the kernel) and the kernel's
+/// number of its process, 0 for none.
+DWORD GetWindowThreadProcessId(HWND window, DWORD* processId);
+
+int GetClassNameA(HWND window, char* buffer, int capacity);
+
+/// The text, by WM_GETTEXT for a window of this process and from the segment for any other. Returns
+/// the characters copied, NUL not counted.
+int GetWindowTextA(HWND window, char* buffer, int capacity);
+BOOL SetWindowTextA(HWND window, const char* text);
+
+DWORD GetWindowStyle(HWND window);
+DWORD GetWindowExStyle(HWND window);
+BOOL GetWindowRect(HWND window, RECT* rect);
+BOOL GetClientRect(HWND window, RECT* rect);
+
+/// Shows, hides, minimises or restores; WM_SHOWWINDOW is sent where visibility changes. Returns
+/// whether the window was visible before.
+BOOL ShowWindow(HWND window, int command);
+BOOL IsWindowVisible(HWND window);
+BOOL IsIconic(HWND window);
+BOOL EnableWindow(HWND window, BOOL enable);
+BOOL IsWindowEnabled(HWND window);
+BOOL SetWindowPos(HWND window, HWND insertAfter, int x, int y, int width, int height, UINT flags);
+
+/// Marks the window as the one in front and puts it at the top of the window order.
+BOOL SetForegroundWindow(HWND window);
+HWND GetForegroundWindow();
+
+/// How often what the window shows has changed (text, state, place, list lines): a load from the
+/// segment, so that a viewer in another process can tell cheaply whether to look again. 0 for none.
+DWORD GetWindowChangeCount(HWND window);
+
+/// Tells viewers that something they cannot see by themselves has changed in the calling thread's
+/// window, such as a list's lines.
+void NoteWindowChange(HWND window);
+
+/// A word of the owner's beside the window, private to its process; 0 at first.
+LPARAM GetWindowUserData(HWND window);
+void SetWindowUserData(HWND window, LPARAM value);
+
+/// What a window procedure calls for a message that it does not handle: close destroys, a system
+/// command acts, texts are stored and read.
+LRESULT DefWindowProcA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+/// Replaces the window's procedure (own process only). Returns the one before.
+WNDPROC SetWindowProc(HWND window, WNDPROC procedure);
+LRESULT CallWindowProcA(WNDPROC procedure, HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+}  // namespace juntora

@@ -1,0 +1,14 @@
+# The dialog part of the platform's target, relative to platform/.
+set(PLATFORM_DIALOG_SOURCES
+    dialog/Button.cpp
+    dialog/Controls.cpp
+    dialog/Dialog.cpp
+    dialog/DialogMaking.cpp
+    dialog/ListBox.cpp
+    dialog/ListItems.cpp
+    dialog/ModalLoop.cpp
+    dialog/Static.cpp
+    dialog/dialogKeys.cpp
+    dialog/messageBox.cpp
+    dialog/resources.cpp
+    dialog/systemMenu.cpp)

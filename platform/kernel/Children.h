@@ -1,0 +1,17 @@
+// The processes that this one has started and not yet collected.
+#pragma once
+
+#include "platform/kernel/Handles.h"
+#include "platform/kernel/StartRecords.h"
+
+namespace juntora::kernel {
+
+/// Keeps watch over a child, so that it leaves no zombie: the calling thread's message loop
+/// collects it when it ends, else the next start of a process does.
+void keepChild(int descriptor, const StartPlace& place);
+/// Collects those that have ended.
+void collectEndedChildren();
+/// The program gives its handle up.
+void leaveChild(Handle& entry);
+
+}  // namespace juntora::kernel

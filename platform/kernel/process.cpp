@@ -1,0 +1,185 @@
+#include "platform/kernel/process.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <string>
+#include <vector>
+
+#include "platform/desktop/Timers.h"
+#include "platform/kernel/Children.h"
+#include "platform/kernel/CommandLine.h"
+#include "platform/kernel/Handles.h"
+#include "platform/kernel/sync.h"
+
+extern char** environ;
+
+namespace juntora {
+namespace kernel {
+namespace {
+
+/// How long a wait for a child's idleness goes on before it looks whether the child has ended: a
+/// child that does not use this layer tells of its end alone.
+constexpr DWORD LOOK_FOR_END_MILLISECONDS = 5;
+constexpr int FIRST_UNINHERITED = 3;
+
+DWORD errorOf(int number) {
+    switch (number) {
+        case ENOENT:
+            return ERROR_FILE_NOT_FOUND;
+        case ENOTDIR:
+            return ERROR_PATH_NOT_FOUND;
+        case EACCES:
+        case EPERM:
+            return ERROR_ACCESS_DENIED;
+        case ENOEXEC:
+            return ERROR_BAD_EXE_FORMAT;
+        default:
+            return ERROR_NOT_ENOUGH_MEMORY;
+    }
+}
+
+/// Attributes and actions of a spawn, freed at the end of the scope.
+class SpawnSettings {
+public:
+    explicit SpawnSettings(const char* directory) {
+        posix_spawn_file_actions_init(&actions);
+        posix_spawnattr_init(&attributes);
+        posix_spawn_file_actions_addclosefrom_np(&actions, FIRST_UNINHERITED);
+        if (directory != nullptr) {
+            posix_spawn_file_actions_addchdir_np(&actions, hostPath(directory).c_str());
+        }
+        sigset_t signals;
+        sigemptyset(&signals);
+        posix_spawnattr_setsigmask(&attributes, &signals);
+        sigfillset(&signals);
+        posix_spawnattr_setsigdefault(&attributes, &signals);
+        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+    }
+    ~SpawnSettings() {
+        posix_spawn_file_actions_destroy(&actions);
+        posix_spawnattr_destroy(&attributes);
+    }
+    SpawnSettings(const SpawnSettings&) = delete;
+    SpawnSettings& operator=(const SpawnSettings&) = delete;
+
+    posix_spawn_file_actions_t actions{};
+    posix_spawnattr_t attributes{};
+};
+
+std::vector<char*> pointersTo(std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    for (std::string& text : texts) {
+        pointers.push_back(text.data());
+    }
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+/// This process's environment with the place of the child's start record.
+std::vector<std::string> environmentFor(const StartPlace& place) {
+    const std::string prefix = std::string(START_VARIABLE) + "=";
+    std::vector<std::string> variables;
+    for (char** variable = environ; *variable != nullptr; ++variable) {
+        if (std::string_view(*variable).substr(0, prefix.size()) != prefix) {
+            variables.emplace_back(*variable);
+        }
+    }
+    if (place.token != 0) {
+        variables.push_back(prefix + startText(place));
+    }
+    return variables;
+}
+
+/// The new process's number, or minus the error.
+int spawn(const std::string& program, const char* commandLine, const char* directory,
+          const StartPlace& place) {
+    std::vector<std::string> words = splitCommandLine(commandLine);
+    words[0] = program;
+    std::vector<std::string> variables = environmentFor(place);
+    const SpawnSettings settings(directory);
+    pid_t child = 0;
+    const int error = posix_spawn(&child, program.c_str(), &settings.actions, &settings.attributes,
+                                  pointersTo(words).data(), pointersTo(variables).data());
+    return error == 0 ? child : -error;
+}
+
+bool hasEnded(const Handle& child) {
+    return WaitForSingleObject(valueOf(&child), 0) != WAIT_TIMEOUT;
+}
+
+}  // namespace
+}  // namespace kernel
+
+BOOL CreateProcessA(const char* commandLine, const char* directory, const STARTUPINFOA* startup,
+                    PROCESS_INFORMATION* information) {
+    using namespace kernel;
+    collectEndedChildren();
+    *information = {};
+    const std::string program = findProgram(splitCommandLine(commandLine)[0]);
+    if (program.empty()) {
+        SetLastError(ERROR_FILE_NOT_FOUND);
+        return 0;
+    }
+    Handle* entry = reserveHandle();
+    if (entry == nullptr) {
+        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+        return 0;
+    }
+    const bool hasShow = startup != nullptr && (startup->dwFlags & STARTF_USESHOWWINDOW) != 0;
+    StartPlace place;
+    if (desktop::Attachment* desktop = desktop::Attachment::get()) {
+        place = offerStart(*desktop, commandLine, hasShow ? startup->wShowWindow : NO_SHOW_STATE);
+    }
+    const int child = spawn(program, commandLine, directory, place);
+    if (child < 0) {
+        endStart(place);
+        entry->kind = HandleKind::CLOSED;
+        SetLastError(errorOf(-child));
+        return 0;
+    }
+    entry->descriptor = static_cast<int>(syscall(SYS_pidfd_open, child, 0));
+    entry->hold = place.index;
+    entry->startToken = place.token;
+    entry->processId = child;
+    entry->kind.store(HandleKind::PROCESS, std::memory_order_release);
+    keepChild(entry->descriptor, place);
+    *information = {valueOf(entry), static_cast<DWORD>(child)};
+    return 1;
+}
+
+DWORD WaitForInputIdle(HANDLE process, DWORD milliseconds) {
+    kernel::Handle* entry = kernel::handleOf(process, kernel::HandleKind::PROCESS);
+    if (entry == nullptr) {
+        SetLastError(ERROR_INVALID_HANDLE);
+        return WAIT_FAILED;
+    }
+    const kernel::StartPlace place{entry->hold, entry->startToken};
+    const std::int64_t end = desktop::nowMilliseconds() + milliseconds;
+    while (!kernel::isInputIdle(place)) {
+        if (kernel::hasEnded(*entry)) {
+            return 0;
+        }
+        const std::int64_t left = milliseconds == INFINITE ? kernel::LOOK_FOR_END_MILLISECONDS
+                                                           : end - desktop::nowMilliseconds();
+        if (left <= 0) {
+            return WAIT_TIMEOUT;
+        }
+        const auto slice =
+            static_cast<DWORD>(std::min<std::int64_t>(left, kernel::LOOK_FOR_END_MILLISECONDS));
+        if (place.token != 0) {
+            kernel::awaitInputIdle(place, slice);
+        } else {
+            WaitForSingleObject(process, slice);
+        }
+    }
+    return 0;
+}
+
+}  // namespace juntora
