@@ -1,0 +1,49 @@
+// The application: what a program is before and after its windows.
+#pragma once
+
+#include "framework/CCmdTarget.h"
+
+namespace juntora {
+
+class CWnd;
+
+/// A program has exactly one, a static object.
+class CWinApp : public CCmdTarget {
+public:
+    CWinApp();
+    ~CWinApp() override;
+
+    /// What stands behind the program's name on its command line; may be edited in place.
+    char* m_lpCmdLine = nullptr;
+    int m_nCmdShow = 0;          ///< The show state that the starter asked for.
+    CWnd* m_pMainWnd = nullptr;  ///< Not owned.
+    int m_nExitCode = 0;         ///< What the program ends with.
+
+    /// The program's life, a modal dialog's loop for most. Returns false: there is no message loop
+    /// of the framework's own to go on with.
+    virtual bool InitInstance() = 0;
+
+protected:
+    /// The command of that number, for which the framework has a handler.
+    static constexpr int ID_HELP = 0xE146;
+    /// Tells that there is no help.
+    void OnHelp();
+};
+
+/// The program's application object, null in a program without one.
+CWinApp* AfxGetApp();
+
+/// The application's main window, null for none.
+CWnd* AfxGetMainWnd();
+
+/// What main does: hands the arguments to the application and runs it. Returns the exit code: 1
+/// where the desktop cannot be used (standard error says why) or an exception came through.
+int AfxWinMain(CWinApp& application, int argc, char** argv);
+
+/// Shows a message box over the main window, with the program's name as its caption. Returns the
+/// button.
+int AfxMessageBox(const char* text, unsigned flags = 0);
+/// The same for a string of the table.
+int AfxMessageBox(int stringId, unsigned flags = 0);
+
+}  // namespace juntora
