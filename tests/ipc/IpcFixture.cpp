@@ -1,0 +1,80 @@
+#include "tests/ipc/IpcFixture.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <iterator>
+
+namespace juntora::test {
+namespace {
+
+HWND makeWindow() {
+    WNDCLASSA description{};
+    description.lpfnWndProc = DefWindowProcA;
+    description.lpszClassName = "IpcTest";
+    RegisterClassA(&description);
+    return CreateWindowExA(0, "IpcTest", "tool", WS_POPUP, 0, 0, 0, 0, 0, 0);
+}
+
+const IpcSlotBlock* block() {
+    return reinterpret_cast<const IpcSlotBlock*>(
+        reinterpret_cast<const char*>(ipcMemAddress(offsetof(IpcSlotBlock, slots))) -
+        offsetof(IpcSlotBlock, slots));
+}
+
+}  // namespace
+
+IpcTest::IpcTest() : m_hub("ipc_fake_hub"), m_hubWindow(0), m_window(makeWindow()) {
+    std::sscanf(m_hub.readLine().value_or("").c_str(), "hub %x", &m_hubWindow);
+    EXPECT_NE(m_hubWindow, 0U);
+}
+
+IpcTest::~IpcTest() {
+    ipcMemClose();
+    ipcMessageId = 0;
+    ipcSelfId = IPC_NO_IDENTITY;
+    DestroyWindow(m_window);
+}
+
+void IpcTest::tellHub(const std::string& line) {
+    ASSERT_TRUE(m_hub.writeLine(line));
+    ASSERT_EQ(m_hub.readLine(), "ok");
+}
+
+SeenRecord IpcTest::seen() {
+    SeenRecord record;
+    const std::string line = m_hub.readLine().value_or("");
+    int textAt = -1;
+    std::sscanf(line.c_str(),
+                "record %d target %x sender %x reply %d spill %d link %d at %td text %n",
+                &record.opcode, &record.target, &record.sender, &record.replyLength,
+                &record.spillLength, &record.link, &record.offset, &textAt);
+    if (textAt < 0) {
+        ADD_FAILURE() << "no record: " << line;
+        return {};
+    }
+    // A blank in the format passes over the text's own first blanks too.
+    record.text = line.substr(line.find(" text ") + 6);
+    return record;
+}
+
+std::optional<MSG> IpcTest::takeMessage(UINT message) {
+    MSG taken{};
+    return GetMessageA(&taken, 0, message, message) == 1 ? std::optional<MSG>(taken) : std::nullopt;
+}
+
+bool IpcTest::isFree(int slot) { return block()->isFree[slot] != 0; }
+
+int IpcTest::freeSlots() {
+    int count = 0;
+    for (int slot = 0; slot < 64; ++slot) {
+        count += isFree(slot) ? 1 : 0;
+    }
+    return count;
+}
+
+int IpcTest::filesLeft() const {
+    const std::filesystem::directory_iterator files(sandbox().temporaryFolder());
+    return static_cast<int>(std::distance(begin(files), end(files)));
+}
+
+}  // namespace juntora::test
