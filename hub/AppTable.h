@@ -1,0 +1,67 @@
+// The hub's one record of what runs.
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "common/AppList.h"
+#include "hub/AppEntry.h"
+#include "hub/RowIndex.h"
+
+namespace juntora {
+
+/// A list of AppEntry rows, the newest first: at least one for each attached tool, one for each
+/// file that it holds. The table owns its rows. Names compare without regard to case. For the hub's
+/// one thread.
+///
+/// A cursor (AppList::Cursor) stands on a row; its operations accept a null address and a cursor
+/// without a row, and find nothing then. A row that is removed invalidates the cursors on it, but
+/// for the one that it was removed by.
+class AppTable : private AppList {
+public:
+    using AppList::atHead;
+    using AppList::count;
+    using AppList::Cursor;
+    using AppList::newCursor;
+
+    AppTable() = default;
+    ~AppTable();
+
+    /// The row at the cursor, null without one.
+    static AppEntry* at(const Cursor* cursor) {
+        return static_cast<AppEntry*>(AppList::at(cursor));
+    }
+    /// Moves on to the next older row and returns it. At the oldest: null, and the cursor stays.
+    static AppEntry* next(Cursor* cursor) { return static_cast<AppEntry*>(AppList::next(cursor)); }
+
+    /// Enters a row as the newest and returns it.
+    AppEntry* pushFront(std::unique_ptr<AppEntry> row);
+
+    /// Removes and destroys the cursor's row; the cursor moves to the next older one, to none
+    /// behind the oldest. Watchers that the row still has are not told, and go with it.
+    void removeRow(Cursor* cursor);
+
+    /// The newest row from the cursor's own on that has this window (0: any) and this name (null:
+    /// any): with `exact` the unique name, otherwise the base name. The cursor moves to it. Without
+    /// a match the result is null and the cursor stands on the oldest row. From the table's head
+    /// the cost does not depend on the number of rows.
+    AppEntry* findRow(Cursor* cursor, HWND window, const char* name, bool exact) const;
+
+    /// The same search over the whole table, for those who need no cursor.
+    AppEntry* findNewest(HWND window, const char* name, bool exact) const {
+        Cursor cursor = atHead();
+        return findRow(&cursor, window, name, exact);
+    }
+
+    /// The instance number that the next tool of a base name gets: one above the highest among its
+    /// rows, 0 if there are none.
+    int nextInstance(std::string_view baseName) const { return m_index.nextInstance(baseName); }
+
+private:
+    struct Wanted;
+    AppNode* findFromHead(const Wanted& wanted) const;
+
+    RowIndex m_index;
+};
+
+}  // namespace juntora

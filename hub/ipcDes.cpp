@@ -1,0 +1,53 @@
+#include "hub/ipcDes.h"
+
+#include "hub/ActivityLine.h"
+
+namespace juntora {
+namespace {
+
+ipcDes* hub = nullptr;
+
+}  // namespace
+
+ipcDes::ipcDes(HWND window, AppTable* table, CListBox* listBox, int* hadClient, int, int)
+    : ipc("Planchet Manager", window, 0, nullptr, 0, 1),
+      m_pHadClient(hadClient),
+      m_pTable(table),
+      m_lines(listBox) {
+    if (m_pHadClient) {
+        *m_pHadClient = 0;
+    }
+    hub = this;
+}
+
+ipcDes::~ipcDes() {
+    m_pBridge.reset();
+    hub = nullptr;
+}
+
+ipcDes* ipcDes::theHub() { return hub; }
+
+void ipcDes::createBridge() {
+    m_pBridge.reset();
+    m_pBridge = makeBridge(this);
+    if (m_pBridge && !m_pBridge->createAllWindows()) {
+        m_pBridge.reset();
+    }
+}
+
+void ipcDes::addActivityLine(const char* name, HWND window, const PathName* file,
+                             std::uint32_t access, std::uint32_t flags) {
+    const std::string fileText = file ? displayName(*file) : std::string();
+    m_lines.add(activityLine(name, window, fileText, access, flags), window, fileText);
+}
+
+int ipcDes::removeActivityLine(HWND window, const PathName* file) {
+    if (!file) {
+        return m_lines.remove(window, nullptr) ? 0 : 1;
+    }
+    const std::string display = displayName(*file);
+    const FileTexts texts{display, file->c_str()};
+    return m_lines.remove(window, &texts) ? 0 : 1;
+}
+
+}  // namespace juntora

@@ -1,0 +1,195 @@
+// The application table: what a search finds and where it leaves its cursor, and that the index
+// beside the list finds what a walk through the list would.
+#include <random>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "hub/AppTable.h"
+#include "hub/ToolTable.h"
+
+namespace juntora {
+namespace {
+
+class AppTableTest : public ::testing::Test {
+protected:
+    // As a sign-on does.
+    AppEntry* attach(const char* baseName, HWND window) {
+        const int instance = m_table.nextInstance(baseName);
+        return m_table.pushFront(std::make_unique<AppEntry>(uniqueName(baseName, instance),
+                                                            instance, window, 1U, -1, 0U, nullptr));
+    }
+    // A further file of a client.
+    AppEntry* clone(const AppEntry& row, const char* file) {
+        return m_table.pushFront(std::make_unique<AppEntry>(row.name, row.instance, row.window, 0U,
+                                                            row.toolIndex, 1U, file));
+    }
+    void remove(HWND window) {
+        AppList::Cursor cursor = m_table.atHead();
+        while (m_table.findRow(&cursor, window, nullptr, false)) {
+            m_table.removeRow(&cursor);
+        }
+    }
+
+    AppTable m_table;
+};
+
+TEST_F(AppTableTest, NumbersInstancesAboveTheHighest) {
+    EXPECT_EQ(attach("Draftel", 1)->name, "Draftel;0");
+    EXPECT_EQ(attach("DRAFTEL", 2)->name, "DRAFTEL;1");
+    EXPECT_EQ(attach("Draft", 3)->name, "Draft;0");
+    remove(1);
+    const AppEntry* third = attach("draftel", 4);
+    EXPECT_EQ(third->name, "draftel;2");
+    // Further rows of a client carry its number, and keep it up when its first row has gone.
+    clone(*third, "/a");
+    clone(*third, "/b");
+    AppList::Cursor cursor = m_table.atHead();
+    while (m_table.at(&cursor) != third) {
+        ASSERT_NE(m_table.next(&cursor), nullptr);
+    }
+    m_table.removeRow(&cursor);
+    EXPECT_EQ(m_table.nextInstance("Draftel"), 3);
+    remove(4);
+    EXPECT_EQ(m_table.nextInstance("Draftel"), 2);
+    remove(2);
+    EXPECT_EQ(m_table.nextInstance("Draftel"), 0);
+}
+
+TEST_F(AppTableTest, FindsByWindowNameAndBaseName) {
+    attach("VoltaraAD", 1);
+    EXPECT_EQ(m_table.findNewest(0, "Voltara", false), nullptr);
+    attach("Voltara", 2);
+    attach("Voltara", 3);
+    EXPECT_EQ(m_table.findNewest(0, "voltara", false)->window, 3U);
+    EXPECT_EQ(m_table.findNewest(0, "VOLTARA;0", true)->window, 2U);
+    EXPECT_EQ(m_table.findNewest(0, "Voltara;0", false), nullptr);
+    EXPECT_EQ(m_table.findNewest(0, "Voltara", true), nullptr);
+    EXPECT_EQ(m_table.findNewest(0, "", false), nullptr);
+    EXPECT_EQ(m_table.findNewest(2, "Voltara;1", true), nullptr);
+    EXPECT_EQ(m_table.findNewest(4, nullptr, false), nullptr);
+    EXPECT_EQ(m_table.findNewest(0, nullptr, false)->window, 3U);
+
+    attach("odd;name", 5);
+    EXPECT_EQ(m_table.findNewest(0, "ODD;name", false)->name, "odd;name;0");
+    EXPECT_EQ(m_table.findNewest(0, "odd", false), nullptr);
+}
+
+TEST_F(AppTableTest, CursorStandsOnTheRowOrAtTheEnd) {
+    attach("A", 1);
+    attach("B", 2);
+    attach("A", 3);
+    const auto cursor = m_table.newCursor();
+    EXPECT_EQ(m_table.findRow(cursor.get(), 0, "A", false)->window, 3U);
+    EXPECT_EQ(m_table.findRow(cursor.get(), 0, "A", false)->window, 3U);
+    EXPECT_EQ(m_table.next(cursor.get())->window, 2U);
+    EXPECT_EQ(m_table.findRow(cursor.get(), 0, "A", false)->window, 1U);
+    EXPECT_EQ(m_table.next(cursor.get()), nullptr);
+    EXPECT_EQ(m_table.findRow(cursor.get(), 1, nullptr, false)->window, 1U);
+    *cursor = m_table.atHead();
+    EXPECT_EQ(m_table.findRow(cursor.get(), 9, nullptr, false), nullptr);
+    EXPECT_EQ(m_table.at(cursor.get())->window, 1U);
+    EXPECT_EQ(m_table.findRow(cursor.get(), 3, nullptr, false), nullptr);
+    m_table.removeRow(cursor.get());
+    EXPECT_EQ(m_table.findRow(cursor.get(), 0, nullptr, false), nullptr);
+    EXPECT_EQ(m_table.count(), 2);
+    EXPECT_EQ(AppTable().newCursor(), nullptr);
+    EXPECT_EQ(m_table.findRow(nullptr, 3, nullptr, false), nullptr);
+}
+
+TEST_F(AppTableTest, RowsKeepWhatTheyAreMadeWith) {
+    const AppEntry plain("Draftel;4", 4, 7, 1, 2, 3, nullptr);
+    EXPECT_EQ(plain.access, 0U);
+    EXPECT_TRUE(plain.file.isEmpty());
+    EXPECT_EQ(plain.watchers, nullptr);
+    AppEntry* file = clone(plain, "/x");
+    EXPECT_EQ(file->access, 1U);
+    EXPECT_STREQ(file->file.c_str(), "/x");
+    EXPECT_EQ(file->toolIndex, 2);
+    // A leak of either list is the sanitizer's to find: one goes with its row, one with the table.
+    file->addWatcher(1);
+    file->addWatcher(1);
+    EXPECT_EQ(file->watchers->count(), 2);
+    remove(7);
+    attach("Draftel", 8)->addWatcher(1);
+    EXPECT_EQ(findTool("Kalset"), 10);
+    EXPECT_EQ(findTool("Kalbi"), 17);
+    EXPECT_EQ(findTool("kalbi"), -1);
+}
+
+// The same search in its plainest form: from the cursor on, row by row.
+struct Walk {
+    std::vector<const AppEntry*> rows;  // The newest last.
+
+    static std::string folded(std::string text) {
+        for (char& c : text) {
+            c = static_cast<char>(c >= 'A' && c <= 'Z' ? c + 32 : c);
+        }
+        return text;
+    }
+    static bool matches(const AppEntry& row, HWND window, const char* name, bool exact) {
+        const std::string full = folded(row.name);
+        const std::string compared = exact ? full : full.substr(0, full.rfind(';'));
+        return (!window || row.window == window) && (!name || compared == folded(name));
+    }
+    const AppEntry* find(std::size_t from, HWND window, const char* name, bool exact) const {
+        for (std::size_t left = from + 1; left > 0; --left) {
+            if (matches(*rows[left - 1], window, name, exact)) {
+                return rows[left - 1];
+            }
+        }
+        return nullptr;
+    }
+    int nextInstance(const char* baseName) const {
+        int next = 0;
+        for (const AppEntry* row : rows) {
+            if (matches(*row, 0, baseName, false)) {
+                next = std::max(next, row->instance + 1);
+            }
+        }
+        return next;
+    }
+};
+
+TEST_F(AppTableTest, IndexFindsWhatAWalkFinds) {
+    constexpr const char* NAMES[] = {"a", "A", "ab", "a;1", "A;0", "b"};
+    std::mt19937 random(20240611);
+    const auto below = [&](std::size_t limit) { return random() % limit; };
+    Walk walk;
+    for (int step = 0; step < 20'000; ++step) {
+        const char* name = NAMES[below(std::size(NAMES))];
+        ASSERT_EQ(m_table.nextInstance(name), walk.nextInstance(name));
+        if (walk.rows.size() < 5 + below(40)) {
+            walk.rows.push_back(below(4) || walk.rows.empty()
+                                    ? attach(name, static_cast<HWND>(1 + below(12)))
+                                    : clone(*walk.rows[below(walk.rows.size())], "/f"));
+        } else {
+            const std::size_t place = below(walk.rows.size());
+            AppList::Cursor cursor = m_table.atHead();
+            for (std::size_t left = walk.rows.size() - 1; left > place; --left) {
+                m_table.next(&cursor);
+            }
+            m_table.removeRow(&cursor);
+            walk.rows.erase(walk.rows.begin() + static_cast<std::ptrdiff_t>(place));
+        }
+        ASSERT_EQ(m_table.count(), static_cast<int>(walk.rows.size()));
+
+        const HWND window = below(2) ? static_cast<HWND>(below(13)) : 0;
+        const std::string unique = uniqueName(name, static_cast<int>(below(4)));
+        const bool exact = below(2);
+        const char* wanted = below(4) == 0 ? nullptr : below(2) ? unique.c_str() : name;
+        std::size_t from = walk.rows.size() - 1;
+        AppList::Cursor cursor = m_table.atHead();
+        for (std::size_t steps = below(2) ? below(walk.rows.size()) : 0; steps > 0; --steps) {
+            m_table.next(&cursor);
+            --from;
+        }
+        const AppEntry* expected = walk.find(from, window, wanted, exact);
+        ASSERT_EQ(m_table.findRow(&cursor, window, wanted, exact), expected);
+        ASSERT_EQ(m_table.at(&cursor), expected ? expected : walk.rows.front());
+    }
+}
+
+}  // namespace
+}  // namespace juntora
