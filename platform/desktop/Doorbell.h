@@ -15,8 +15,8 @@ namespace juntora::desktop {
 /// next.
 enum BellState : std::uint32_t {
     AWAKE = 0,
-    IN_FUTEX = 1,  ///< Asleep on the word itself, inside a send.
-    IN_POLL = 2,   ///< Asleep on descriptors, its queue's FIFO among them.
+    IN_FUTEX = 1,  ///< Asleep on the word itself.
+    IN_POLL = 2,   ///< In a foreign loop, which polls its queue's FIFO.
 };
 
 inline constexpr std::uint32_t BELL_STATE_BITS = 3;

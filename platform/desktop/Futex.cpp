@@ -28,6 +28,16 @@ void futexWait(FutexWait first, FutexWait second, std::uint32_t milliseconds) {
     syscall(SYS_futex_waitv, waits, second.word == nullptr ? 1 : 2, 0, &deadline, CLOCK_MONOTONIC);
 }
 
+void futexWaitUntil(FutexWait wait, std::optional<std::int64_t> due) {
+    timespec deadline{};
+    if (due) {
+        deadline.tv_sec = *due / 1000;
+        deadline.tv_nsec = *due % 1000 * 1'000'000;
+    }
+    syscall(SYS_futex, wait.word, FUTEX_WAIT_BITSET, wait.value, due ? &deadline : nullptr, nullptr,
+            FUTEX_BITSET_MATCH_ANY);
+}
+
 void futexWakeAll(std::atomic<std::uint32_t>* word) {
     syscall(SYS_futex, word, FUTEX_WAKE, INT_MAX, nullptr, nullptr, 0);
 }

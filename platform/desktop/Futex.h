@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <optional>
 
 namespace juntora::desktop {
 
@@ -15,6 +16,9 @@ struct FutexWait {
 /// Sleeps until one of up to two words is woken, or one does not hold its value, or the time is up
 /// (milliseconds). `second` may have a null word. Wakes without cause occur.
 void futexWait(FutexWait first, FutexWait second, std::uint32_t milliseconds);
+
+/// The same for one word, until the monotonic clock's milliseconds are at `due`; none for ever.
+void futexWaitUntil(FutexWait wait, std::optional<std::int64_t> due);
 
 void futexWakeAll(std::atomic<std::uint32_t>* word);
 

@@ -46,6 +46,12 @@ bool takeMessage(Queue& queue, MSG* message, HWND window, UINT first, UINT last,
     return found;
 }
 
+void callReadyDescriptors(Queue& queue) {
+    if (queue.watched().isReady()) {
+        queue.watched().callReady();
+    }
+}
+
 void sleepThrough(DWORD seconds, DWORD nanoseconds) {
     timespec left{static_cast<time_t>(seconds), static_cast<long>(nanoseconds)};
     while (nanosleep(&left, &left) != 0 && errno == EINTR) {
@@ -86,18 +92,18 @@ BOOL PeekMessageA(MSG* message, HWND window, UINT first, UINT last, UINT remove)
         return 0;
     }
     queue->serveSent();
-    queue->lookAtDescriptors(false);
+    desktop::callReadyDescriptors(*queue);
     return desktop::takeMessage(*queue, message, window, first, last, remove != PM_REMOVE) ? 1 : 0;
 }
 
 BOOL GetMessageA(MSG* message, HWND window, UINT first, UINT last) {
     desktop::Queue* queue = desktop::Queue::current();
-    if (queue == nullptr || !queue->openWaitSet()) {
+    if (queue == nullptr) {
         return -1;
     }
     for (;;) {
         const bool served = queue->serveSent();
-        queue->lookAtDescriptors(false);
+        desktop::callReadyDescriptors(*queue);
         if (desktop::takeMessage(*queue, message, window, first, last, false)) {
             return message->message == WM_QUIT ? 0 : 1;
         }
@@ -158,47 +164,35 @@ DWORD GetTickCount() { return static_cast<DWORD>(desktop::nowMilliseconds()); }
 
 int GetQueueDescriptor() {
     desktop::Queue* queue = desktop::Queue::current();
-    if (queue == nullptr || !queue->openWaitSet()) {
-        return -1;
-    }
-    // What came before the thread first asked would otherwise ring no bell.
-    if (!queue->lieDown()) {
-        desktop::BellRopes().pull(queue->desktop().folderDescriptor(), queue->thread());
-    }
-    return queue->waitSet().descriptor();
+    return queue != nullptr && queue->lieDownInForeignLoop() ? queue->foreignDescriptor() : -1;
 }
 
 BOOL DispatchWaitingMessages() {
     desktop::Queue* queue = desktop::Queue::current();
-    if (queue == nullptr || !queue->openWaitSet()) {
+    if (queue == nullptr) {
         return 1;
     }
-    queue->wakeUp();
-    queue->lookAtDescriptors(true);
+    queue->wakeInForeignLoop();
     MSG message{};
-    do {
-        while (PeekMessageA(&message, 0, 0, 0, PM_REMOVE)) {
-            if (message.message == WM_QUIT) {
-                return 0;
-            }
-            TranslateMessage(&message);
-            DispatchMessageA(&message);
+    while (PeekMessageA(&message, 0, 0, 0, PM_REMOVE)) {
+        if (message.message == WM_QUIT) {
+            return 0;
         }
-    } while (!queue->lieDown());
+        TranslateMessage(&message);
+        DispatchMessageA(&message);
+    }
+    queue->lieDownInForeignLoop();
     return 1;
 }
 
 BOOL WatchDescriptor(int descriptor, void (*ready)(void*), void* context) {
     desktop::Queue* queue = desktop::Queue::current();
-    return queue != nullptr && queue->openWaitSet() &&
-                   queue->waitSet().watch(descriptor, ready, context)
-               ? 1
-               : 0;
+    return queue != nullptr && queue->watched().watch(descriptor, ready, context) ? 1 : 0;
 }
 
 void UnwatchDescriptor(int descriptor) {
     if (desktop::Queue* queue = desktop::Queue::current()) {
-        queue->waitSet().unwatch(descriptor);
+        queue->watched().unwatch(descriptor);
     }
 }
 

@@ -15,7 +15,6 @@ namespace juntora::desktop {
 namespace {
 
 constexpr int SERVED_IN_A_ROW = 64;
-constexpr std::uint32_t SERVED_BETWEEN_LOOKS = 64;
 
 thread_local Queue* t_queue = nullptr;
 
@@ -69,7 +68,8 @@ Queue::Queue(Attachment& desktop, std::uint32_t thread, std::uint32_t generation
     : m_desktop(desktop),
       m_thread(thread),
       m_generation(generation),
-      m_mailbox(&desktop.segment().mailboxes[thread]) {
+      m_mailbox(&desktop.segment().mailboxes[thread]),
+      m_watched(m_mailbox->bell) {
     // What was on its way to the slot's last owner is for nobody.
     m_mailbox->bell = AWAKE;
     SentMessage sent;
@@ -110,7 +110,6 @@ bool Queue::serveSent() {
         answer(sent);
         ++served;
     }
-    m_servedSinceLook += static_cast<std::uint32_t>(served);
     return served > 0;
 }
 
@@ -151,7 +150,6 @@ bool Queue::takePosted(HWND window, UINT first, UINT last, bool keep, MSG* messa
         if (m_kept.size() >= POSTED_RING_CELLS || !m_mailbox->posted.pop(&next)) {
             return false;
         }
-        ++m_servedSinceLook;
         if (!keep && isOf(next, window, first, last)) {
             *message = {next.window, next.message, next.wParam, next.lParam, 0, {}};
             return true;
@@ -169,16 +167,6 @@ bool Queue::takePosted(HWND window, UINT first, UINT last, bool keep, MSG* messa
     return true;
 }
 
-bool Queue::openWaitSet() { return m_waitSet.open(m_desktop.folderDescriptor(), m_thread); }
-
-void Queue::lookAtDescriptors(bool now) {
-    if (m_waitSet.isOpen() && (now || m_servedSinceLook >= SERVED_BETWEEN_LOOKS)) {
-        m_servedSinceLook = 0;
-        m_waitSet.wakeAt(m_timers.nextDue());
-        m_waitSet.wait(0);
-    }
-}
-
 std::uint32_t Queue::sleepAs(BellState state) {
     const std::uint32_t bell = nextSleep(m_mailbox->bell.load(std::memory_order_relaxed), state);
     m_mailbox->bell.store(bell);
@@ -190,26 +178,41 @@ void Queue::wakeUp() {
     m_mailbox->bell.store(bell & ~BELL_STATE_BITS, std::memory_order_relaxed);
 }
 
-bool Queue::lieDown() {
-    noteIdle();
-    m_waitSet.wakeAt(m_timers.nextDue());
-    sleepAs(IN_POLL);
-    if (hasWork()) {
-        wakeUp();
-        return false;
-    }
-    return true;
-}
-
 void Queue::waitForWork() {
     if (m_patience.linger([this] { return hasWork(); })) {
         return;
     }
-    if (lieDown()) {
-        m_servedSinceLook = 0;
-        m_waitSet.wait(-1);
-        wakeUp();
+    noteIdle();
+    m_watched.lookAfter();
+    const std::uint32_t bell = sleepAs(IN_FUTEX);
+    if (!hasWork() && !m_watched.isReady()) {
+        futexWaitUntil({&m_mailbox->bell, bell}, m_timers.nextDue());
     }
+    wakeUp();
+}
+
+bool Queue::lieDownInForeignLoop() {
+    if (!m_foreignLoop.open(m_desktop.folderDescriptor(), m_thread)) {
+        return false;
+    }
+    noteIdle();
+    if (m_watched.descriptor() >= 0) {
+        m_foreignLoop.include(m_watched.descriptor());
+    }
+    m_foreignLoop.wakeAt(m_timers.nextDue());
+    sleepAs(IN_POLL);
+    if (hasWork()) {
+        m_foreignLoop.wakeNow();
+    }
+    return true;
+}
+
+void Queue::wakeInForeignLoop() {
+    wakeUp();
+    if (m_foreignLoop.isOpen()) {
+        m_foreignLoop.clear();
+    }
+    m_watched.callReady();
 }
 
 void Queue::noteIdle() {

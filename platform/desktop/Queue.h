@@ -7,9 +7,10 @@
 
 #include "platform/desktop/Attachment.h"
 #include "platform/desktop/Doorbell.h"
+#include "platform/desktop/ForeignLoop.h"
 #include "platform/desktop/Patience.h"
 #include "platform/desktop/Timers.h"
-#include "platform/desktop/WaitSet.h"
+#include "platform/desktop/WatchedDescriptors.h"
 
 namespace juntora::desktop {
 
@@ -48,17 +49,15 @@ public:
 
     // --- Sleep --------------------------------------------------------------------------------
 
-    /// Makes what idle waiting needs. False without descriptors.
-    bool openWaitSet();
-    WaitSet& waitSet() { return m_waitSet; }
-    /// Looks at timers and descriptors without waiting, every so often; cheap in between.
-    void lookAtDescriptors(bool now);
-    /// Sleeps until there is mail, a timer is due or a descriptor is ready.
+    WatchedDescriptors& watched() { return m_watched; }
+    /// Sleeps until there is mail, a timer is due or a watched descriptor is ready.
     void waitForWork();
-    /// Lies down (state IN_POLL) so that mail makes the wait set readable; false, awake, if there
-    /// is work.
-    bool lieDown();
-    void wakeUp();
+    /// Sets the bell so that mail and timers make the foreign loop's descriptor readable, which it
+    /// becomes at once if there is work. False without descriptors.
+    bool lieDownInForeignLoop();
+    /// Takes what has made that descriptor readable.
+    void wakeInForeignLoop();
+    int foreignDescriptor() const { return m_foreignLoop.descriptor(); }
     /// Sleeps inside a send until mail or a reply arrives or `receiver` dies, at most
     /// `milliseconds`.
     void waitInSend(std::uint32_t receiver, const std::atomic<std::uint64_t>& reply,
@@ -75,6 +74,7 @@ private:
     void answer(const SentMessage& sent);
     bool hasWork() const { return hasSent() || m_mailbox->posted.hasWork() || !m_kept.empty(); }
     std::uint32_t sleepAs(BellState state);
+    void wakeUp();
     void noteIdle();
 
     Attachment& m_desktop;
@@ -84,10 +84,10 @@ private:
     /// Taken out of the ring by a search that wanted another message, oldest first.
     std::deque<PostedMessage> m_kept;
     Timers m_timers;
-    WaitSet m_waitSet;
+    WatchedDescriptors m_watched;
+    ForeignLoop m_foreignLoop;
     BellRopes m_ropes;
     Patience m_patience;
-    std::uint32_t m_servedSinceLook = 0;
     bool m_hasBeenIdle = false;
 };
 

@@ -98,14 +98,15 @@ std::optional<std::size_t> ListItems::findSorted(std::size_t start, std::string_
     const auto isBefore = [](std::string_view left, std::string_view right) {
         return CollateCaseBlind(left, right) < 0;
     };
-    const auto same = std::ranges::equal_range(m_order, text, isBefore, [this](std::uint32_t at) {
-        return std::string_view(m_texts[at]);
-    });
-    if (same.empty()) {
+    const auto textAt = [this](std::uint32_t at) { return std::string_view(m_texts[at]); };
+    const auto first = std::ranges::lower_bound(m_order, text, isBefore, textAt);
+    const auto behind = std::ranges::upper_bound(m_order, text, isBefore, textAt);
+    if (first == behind) {
         return std::nullopt;
     }
-    const auto first = static_cast<std::size_t>(same.begin() - m_order.begin());
-    return start > first && start < first + same.size() ? start : first;
+    const auto from = m_order.begin() + static_cast<std::ptrdiff_t>(start);
+    return static_cast<std::size_t>((first < from && from < behind ? from : first) -
+                                    m_order.begin());
 }
 
 std::optional<std::size_t> ListItems::findInWalk(std::size_t start, std::string_view text) const {

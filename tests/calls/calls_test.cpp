@@ -1,0 +1,159 @@
+// How many system calls the road of a request takes, and an idle hub: counts have no noise, unlike
+// times. Both sides are traced.
+#include <sys/ptrace.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+
+#include <map>
+
+#include "ipc/IpcMessage.h"
+#include "platform/desktop/message.h"
+#include "platform/desktop/window.h"
+#include "platform/kernel/sync.h"
+#include "tests/calls/Markers.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/TestDesktop.h"
+
+namespace juntora::test {
+namespace {
+
+/// Follows processes from system call to system call and counts those of the measured stretch.
+class Tracer {
+public:
+    void follow(pid_t process) {
+        ASSERT_EQ(0, ptrace(PTRACE_SEIZE, process, nullptr, PTRACE_O_TRACESYSGOOD));
+        ASSERT_EQ(0, ptrace(PTRACE_INTERRUPT, process, nullptr, nullptr));
+        ASSERT_EQ(process, waitpid(process, nullptr, __WALL));
+        resume(process, 0);
+        m_followed[process] = true;
+    }
+
+    /// Until `process` has ended; its exit status.
+    int runUntilEndOf(pid_t process) {
+        for (;;) {
+            int status = 0;
+            const pid_t stopped = waitpid(-1, &status, __WALL);
+            if (WIFEXITED(status) || WIFSIGNALED(status)) {
+                if (stopped == process) {
+                    return status;
+                }
+            } else if (m_followed.contains(stopped)) {
+                handleStop(stopped, status);
+            }
+        }
+    }
+
+    /// Lets a process go on until it has made `calls` more system calls.
+    std::map<std::uint64_t, int> watch(pid_t process, int calls) {
+        m_measuring = true;
+        while (m_total < calls) {
+            int status = 0;
+            if (waitpid(process, &status, __WALL) == process) {
+                handleStop(process, status);
+            }
+        }
+        return m_counts;
+    }
+
+    int total() const { return m_total; }
+    const std::map<std::uint64_t, int>& counts() const { return m_counts; }
+
+private:
+    static void resume(pid_t process, int signal) {
+        ptrace(PTRACE_SYSCALL, process, nullptr, signal);
+    }
+
+    void handleStop(pid_t process, int status) {
+        const int signal = WSTOPSIG(status);
+        if (signal != (SIGTRAP | 0x80)) {
+            const bool isEvent = status >> 16 != 0;
+            resume(process, isEvent ? 0 : signal);
+            return;
+        }
+        __ptrace_syscall_info call{};
+        ptrace(static_cast<__ptrace_request>(PTRACE_GET_SYSCALL_INFO), process, sizeof call, &call);
+        if (call.op == PTRACE_SYSCALL_INFO_ENTRY) {
+            count(call);
+        }
+        resume(process, 0);
+    }
+
+    void count(const __ptrace_syscall_info& call) {
+        if (call.entry.nr == static_cast<std::uint64_t>(MARKER_CALL)) {
+            m_measuring = call.entry.args[0] == static_cast<std::uint64_t>(MARKER_BEGIN);
+        } else if (m_measuring && call.entry.nr != SYS_clock_nanosleep) {
+            ++m_counts[call.entry.nr];
+            ++m_total;
+        }
+    }
+
+    std::map<pid_t, bool> m_followed;
+    std::map<std::uint64_t, int> m_counts;
+    bool m_measuring = false;
+    int m_total = 0;
+};
+
+class CallsTest : public TestDesktop {
+protected:
+    CallsTest() : m_planchet(CreateMutexA(false, "TarvexVoltaraPlanchetFindWnd16.6.0")) {}
+    ~CallsTest() override { CloseHandle(m_planchet); }
+
+    static void awaitHub() {
+        while (FindWindowA(HUB_WINDOW_CLASS, HUB_WINDOW_TITLE) == 0) {
+            Sleep(1);
+        }
+    }
+
+    /// System calls of client and hub together for each request.
+    double callsEach(int calls, const char* pause) {
+        ChildProcess hub("juntora");
+        awaitHub();
+        ChildProcess client("calls_client", {std::to_string(calls), pause});
+        EXPECT_EQ("signed on", client.readLine());
+        Tracer tracer;
+        tracer.follow(hub.pid());
+        tracer.follow(client.pid());
+        client.writeLine("go");
+        EXPECT_EQ(0, tracer.runUntilEndOf(client.pid()));
+        for (const auto& [number, count] : tracer.counts()) {
+            std::printf("  system call %lu: %d\n", static_cast<unsigned long>(number), count);
+        }
+        return static_cast<double>(tracer.total()) / calls;
+    }
+
+private:
+    HANDLE m_planchet;
+};
+
+TEST_F(CallsTest, BackToBackARequestTakesHardlyAny) {
+    const double calls = callsEach(20'000, "0");
+    std::printf("back to back: %.4f system calls a round trip\n", calls);
+    EXPECT_LE(calls, 0.1);
+}
+
+TEST_F(CallsTest, PacedARequestTakesTwoWakesAndTwoSleeps) {
+    const double calls = callsEach(2'000, "300");
+    std::printf("paced: %.4f system calls a round trip\n", calls);
+    EXPECT_LE(calls, 4.1);
+}
+
+TEST_F(CallsTest, AnIdleHubMakesThoseOfItsTimerAlone) {
+    ChildProcess hub("juntora");
+    awaitHub();
+    Tracer tracer;
+    tracer.follow(hub.pid());
+    constexpr int CALLS = 4;
+    constexpr DWORD TICK = 4'000;
+    const DWORD start = GetTickCount();
+    const auto counts = tracer.watch(hub.pid(), CALLS);
+    // Each tick costs the wait for the next one. The first calls are those that the tracer's coming
+    // has broken off.
+    EXPECT_GE(GetTickCount() - start, (CALLS - 2) * TICK - TICK / 2);
+    for (const auto& [number, count] : counts) {
+        EXPECT_TRUE(number == SYS_futex || number == SYS_restart_syscall)
+            << "system call " << number << ", " << count << " times";
+    }
+}
+
+}  // namespace
+}  // namespace juntora::test
