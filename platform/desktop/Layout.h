@@ -85,6 +85,7 @@ struct PostedMessage {
 struct alignas(64) Mailbox {
     std::atomic<std::uint32_t> bell;
     alignas(64) std::atomic<std::uint32_t> looks;  ///< How often the owner has looked at its mail.
+    std::atomic<std::uint32_t> core;               ///< Where it ran then.
     alignas(64) ReplySlot replies[MAX_SEND_DEPTH];
     Ring<SentMessage, SENT_RING_CELLS> sent;
     Ring<PostedMessage, POSTED_RING_CELLS> posted;

@@ -41,6 +41,7 @@ bool takeMessage(Queue& queue, MSG* message, HWND window, UINT first, UINT last,
                        takeQuit(queue, keep, message) ||
                        takeTimer(queue, window, first, last, keep, message);
     if (found) {
+        queue.ringNow();
         message->time = GetTickCount();
     }
     return found;
@@ -53,6 +54,7 @@ void callReadyDescriptors(Queue& queue) {
 }
 
 void sleepThrough(DWORD seconds, DWORD nanoseconds) {
+    Queue::ringBeforeBlocking();
     timespec left{static_cast<time_t>(seconds), static_cast<long>(nanoseconds)};
     while (nanosleep(&left, &left) != 0 && errno == EINTR) {
     }
@@ -76,7 +78,7 @@ BOOL PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         SetLastError(ERROR_TOO_MANY_POSTS);
         return 0;
     }
-    queue->ringIfAsleep(to.thread);
+    queue->ringForPost(to.thread);
     return 1;
 }
 
@@ -93,6 +95,7 @@ BOOL PeekMessageA(MSG* message, HWND window, UINT first, UINT last, UINT remove)
     }
     queue->serveSent();
     desktop::callReadyDescriptors(*queue);
+    queue->ringNow();
     return desktop::takeMessage(*queue, message, window, first, last, remove != PM_REMOVE) ? 1 : 0;
 }
 

@@ -1,10 +1,11 @@
-// When to spin before sleeping. A spin pays only while the other side answers sooner than a sleep
-// and a wake would take (about 20 us on the machines this was measured on), and it harms when both
-// sides share a core; so both sides watch how it went lately.
+// When to spin before sleeping. A spin pays only while the other side is quicker than a sleep and a
+// wake would be (about 20 us on the machines this was measured on), and it harms when both sides
+// share a core; so both sides go by how it went lately.
 #pragma once
 
 #include <time.h>
 
+#include <algorithm>
 #include <cstdint>
 
 namespace juntora::desktop {
@@ -21,60 +22,79 @@ inline void relaxCore() {
 #endif
 }
 
-class Patience {
+/// Whether spinning for one kind of event pays. It does as long as the last spin caught the event;
+/// after one that did not there is a new try at the 32nd occasion, then at each time twice as many,
+/// up to 1,024, as long as the tries fail. Where the core is wanted by others it does not pay at
+/// all.
+class Spin {
 public:
-    static constexpr std::int64_t SPIN = 20'000;  ///< Nanoseconds.
-    static constexpr std::int64_t LINGER_BELOW_GAP = 40'000;
-    static constexpr std::uint32_t TRY_AGAIN_EVERY = 32;
+    explicit Spin(std::int64_t nanoseconds) : m_length(nanoseconds) {}
 
-    /// Spins until `done()`, if replies have lately come within a spin. Whether it is done.
+    /// Whether the next occasion is a new try.
+    bool isTry() const { return !m_pays && m_missed + 1 >= m_tryAfter; }
+
+    /// Spins until `done()`, if that is promising. Whether it is done.
     template <typename Done>
-    bool spinForReply(Done&& done) {
-        if (!m_repliesAreQuick && ++m_callsSinceTry < TRY_AGAIN_EVERY) {
+    bool until(Done&& done) {
+        if (!m_pays && ++m_missed < m_tryAfter) {
             return done();
         }
-        m_callsSinceTry = 0;
-        m_repliesAreQuick = spin(done);
-        return m_repliesAreQuick;
-    }
-
-    /// Spins until `done()`, if the last request came soon after the one before it.
-    template <typename Done>
-    bool linger(Done&& done) {
-        const std::int64_t start = nowNanoseconds();
-        const bool found = m_lastGap < LINGER_BELOW_GAP ? spin(done) : done();
-        m_idleSince = start;
-        return found;
-    }
-
-    /// Work has come: the gap is what passed since the thread had none.
-    void noteWork() {
-        if (m_idleSince != 0) {
-            m_lastGap = nowNanoseconds() - m_idleSince;
-            m_idleSince = 0;
+        bool interrupted = false;
+        const bool caught = spin(done, &interrupted);
+        if (interrupted) {
+            m_tryAfter = LAST_TRY;
+        } else {
+            m_tryAfter = caught || m_pays ? FIRST_TRY : std::min(2 * m_tryAfter, LAST_TRY);
         }
+        m_pays = caught && !interrupted;
+        m_missed = 0;
+        return caught;
     }
+
+    /// The event has come soon, though nobody counted on it.
+    void encourage() { m_pays = true; }
 
 private:
+    static constexpr std::uint32_t FIRST_TRY = 32;
+    static constexpr std::uint32_t LAST_TRY = 1024;
+
+    /// `interrupted`: others have had the core meanwhile, who must not be kept waiting for nothing.
     template <typename Done>
-    static bool spin(Done&& done) {
+    bool spin(Done&& done, bool* interrupted) const {
         constexpr int LOOKS_BETWEEN_CLOCKS = 16;
-        const std::int64_t end = nowNanoseconds() + SPIN;
-        do {
+        constexpr std::int64_t LONGEST_STEP = 50'000;
+        std::int64_t now = nowNanoseconds();
+        const std::int64_t end = now + m_length;
+        while (now < end) {
             for (int i = 0; i < LOOKS_BETWEEN_CLOCKS; ++i) {
                 if (done()) {
                     return true;
                 }
                 relaxCore();
             }
-        } while (nowNanoseconds() < end);
+            const std::int64_t then = now;
+            now = nowNanoseconds();
+            *interrupted = *interrupted || now - then > LONGEST_STEP;
+        }
         return false;
     }
 
-    bool m_repliesAreQuick = true;
-    std::uint32_t m_callsSinceTry = 0;
-    std::int64_t m_lastGap = LINGER_BELOW_GAP;
-    std::int64_t m_idleSince = 0;
+    const std::int64_t m_length;
+    bool m_pays = true;
+    std::uint32_t m_missed = 0;
+    std::uint32_t m_tryAfter = FIRST_TRY;
+};
+
+/// A thread's occasions to spin, in nanoseconds.
+struct Patience {
+    /// A sender, for the answer: long enough for a receiver that has to be woken first, or whose
+    /// core somebody else has for a moment.
+    Spin reply{100'000};
+    /// A receiver that has nothing to do, for the next request: long enough for a sender that was
+    /// asleep when it was answered, or that works a little between two requests.
+    Spin request{40'000};
+    /// A receiver that has answered a sender which was awake, for the request that follows at once.
+    Spin next{3'000};
 };
 
 }  // namespace juntora::desktop

@@ -2,8 +2,10 @@
 
 #include <pthread.h>
 
+#include <algorithm>
 #include <memory>
 
+#include "platform/desktop/Core.h"
 #include "platform/desktop/Futex.h"
 #include "platform/desktop/Life.h"
 #include "platform/desktop/Lock.h"
@@ -15,6 +17,8 @@ namespace juntora::desktop {
 namespace {
 
 constexpr int SERVED_IN_A_ROW = 64;
+/// A quarter of the slots that records travel in.
+constexpr std::uint32_t POSTS_BEFORE_RINGING = 16;
 
 thread_local Queue* t_queue = nullptr;
 
@@ -103,13 +107,16 @@ void forgetQueuesInForkedChild() {
 bool Queue::serveSent() {
     m_mailbox->looks.store(m_mailbox->looks.load(std::memory_order_relaxed) + 1,
                            std::memory_order_relaxed);
+    m_mailbox->core.store(currentCore(), std::memory_order_relaxed);
     SentMessage sent;
     int served = 0;
     while (served < SERVED_IN_A_ROW && m_mailbox->sent.pop(&sent)) {
-        m_patience.noteWork();
+        ++m_servingDepth;
         answer(sent);
+        --m_servingDepth;
         ++served;
     }
+    m_lastWasSent = m_lastWasSent || served > 0;
     return served > 0;
 }
 
@@ -126,7 +133,7 @@ void Queue::answer(const SentMessage& sent) {
         waiting | std::uint64_t{1} << 32 | static_cast<std::uint32_t>(result);
     // Refused where the sender has given up, or its slot is another's by now.
     if (sender.replies[sent.replySlot].word.compare_exchange_strong(waiting, answered)) {
-        ringIfAsleep(sent.sender);
+        m_senderWasAwake = !ringIfAsleep(sent.sender);
     }
 }
 
@@ -138,6 +145,33 @@ bool Queue::ringIfAsleep(std::uint32_t thread) {
     }
     ring(bell, seen, m_desktop.folderDescriptor(), thread, m_ropes);
     return true;
+}
+
+void Queue::ringForPost(std::uint32_t thread) {
+    if (m_servingDepth == 0) {
+        ringIfAsleep(thread);
+        return;
+    }
+    if (std::find(m_deferred.begin(), m_deferred.end(), thread) == m_deferred.end()) {
+        m_deferred.push_back(thread);
+    }
+    if (++m_deferredPosts >= POSTS_BEFORE_RINGING) {
+        ringNow();
+    }
+}
+
+void Queue::ringNow() {
+    for (const std::uint32_t thread : m_deferred) {
+        ringIfAsleep(thread);
+    }
+    m_deferred.clear();
+    m_deferredPosts = 0;
+}
+
+void Queue::ringBeforeBlocking() {
+    if (t_queue != nullptr) {
+        t_queue->ringNow();
+    }
 }
 
 bool Queue::takePosted(HWND window, UINT first, UINT last, bool keep, MSG* message) {
@@ -178,8 +212,26 @@ void Queue::wakeUp() {
     m_mailbox->bell.store(bell & ~BELL_STATE_BITS, std::memory_order_relaxed);
 }
 
+/// Spins where that is promising; whether work has come.
+bool Queue::awaitWork() {
+    const auto workHasCome = [this] { return hasWork(); };
+    // A sender that spins is likely to ask again at once; what that request has posted rings
+    // together with what this one has.
+    if (m_senderWasAwake && m_patience.next.until(workHasCome)) {
+        m_patience.request.encourage();
+        return true;
+    }
+    ringNow();
+    // Nobody waits for the end of a posted message: there is no hurry to be awake for the next one,
+    // and those who send it may need the core.
+    return m_lastWasSent ? m_patience.request.until(workHasCome) : hasWork();
+}
+
 void Queue::waitForWork() {
-    if (m_patience.linger([this] { return hasWork(); })) {
+    const bool hasCome = awaitWork();
+    m_lastWasSent = false;
+    m_senderWasAwake = false;
+    if (hasCome) {
         return;
     }
     noteIdle();
@@ -195,6 +247,7 @@ bool Queue::lieDownInForeignLoop() {
     if (!m_foreignLoop.open(m_desktop.folderDescriptor(), m_thread)) {
         return false;
     }
+    ringNow();
     noteIdle();
     if (m_watched.descriptor() >= 0) {
         m_foreignLoop.include(m_watched.descriptor());
@@ -234,6 +287,7 @@ void Queue::waitInSend(std::uint32_t receiver, const std::atomic<std::uint64_t>&
         !life.compare_exchange_strong(alive, alive | FUTEX_WAITERS)) {
         return;
     }
+    ringNow();
     const std::uint32_t bell = sleepAs(IN_FUTEX);
     if (reply.load() == waiting && !hasSent()) {
         futexWait({&m_mailbox->bell, bell}, {&life, alive | FUTEX_WAITERS}, milliseconds);

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <deque>
 #include <optional>
+#include <vector>
 
 #include "platform/desktop/Attachment.h"
 #include "platform/desktop/Doorbell.h"
@@ -44,6 +45,14 @@ public:
     /// Posts to the thread itself.
     void keepPosted(const PostedMessage& message) { m_kept.push_back(message); }
     bool ringIfAsleep(std::uint32_t thread);
+    /// For what has been posted: rings at once, or, while a sent message is being served, together
+    /// with what is posted next, before this thread waits for anything at the latest. Who passes
+    /// records on one by one would else wake their receiver for each.
+    void ringForPost(std::uint32_t thread);
+    /// Rings what has been put off.
+    void ringNow();
+    /// The same for the calling thread, if it has a queue. Before it blocks.
+    static void ringBeforeBlocking();
 
     std::optional<int> quitCode;
 
@@ -72,6 +81,7 @@ private:
     Queue(Attachment& desktop, std::uint32_t thread, std::uint32_t generation);
     static Queue* make();
     void answer(const SentMessage& sent);
+    bool awaitWork();
     bool hasWork() const { return hasSent() || m_mailbox->posted.hasWork() || !m_kept.empty(); }
     std::uint32_t sleepAs(BellState state);
     void wakeUp();
@@ -89,6 +99,13 @@ private:
     BellRopes m_ropes;
     Patience m_patience;
     bool m_hasBeenIdle = false;
+    std::uint32_t m_servingDepth = 0;
+    /// Of the last message that was served: it was sent, and its sender was awake for the answer.
+    bool m_lastWasSent = false;
+    bool m_senderWasAwake = false;
+    /// Threads whose bells are put off, and for how many messages.
+    std::vector<std::uint32_t> m_deferred;
+    std::uint32_t m_deferredPosts = 0;
 };
 
 /// The window procedure of a window of the calling thread, with what it throws caught: nothing may

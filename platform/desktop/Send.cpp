@@ -1,5 +1,6 @@
 // Sent messages: out, wait, result.
 #include "platform/desktop/Address.h"
+#include "platform/desktop/Core.h"
 #include "platform/desktop/Futex.h"
 #include "platform/desktop/Sweep.h"
 #include "platform/desktop/TextTransfer.h"
@@ -90,10 +91,21 @@ private:
 
 enum class Outcome { ANSWERED, RECEIVER_GONE, RECEIVER_HUNG };
 
+/// A spin cannot pay on the core that the receiver needs.
+void partFromReceiver(Queue& queue, const Address& to) {
+    const std::uint32_t core = currentCore();
+    if (queue.segment().mailboxes[to.thread].core.load(std::memory_order_relaxed) == core) {
+        leaveCore(core);
+    }
+}
+
 Outcome awaitAnswer(Queue& queue, Turn& turn, const Address& to, DWORD hungMilliseconds) {
     const auto somethingCame = [&] { return turn.isAnswered() || queue.hasSent(); };
     ThreadSlot& receiver = queue.segment().threads[to.thread];
-    if (queue.patience().spinForReply(somethingCame) && turn.isAnswered()) {
+    if (queue.patience().reply.isTry()) {
+        partFromReceiver(queue, to);
+    }
+    if (queue.patience().reply.until(somethingCame) && turn.isAnswered()) {
         return Outcome::ANSWERED;
     }
     HungWatch watch(queue, to.thread, hungMilliseconds);

@@ -1,11 +1,11 @@
 // Message boxes on a desktop that no screen shows: the text goes to standard error, where whoever
 // started the program may see it, and the default button is the answer. Waiting would be waiting
 // for ever, and a hub or a tool that waits serves nobody.
-#include <cstdio>
 #include <string>
 #include <string_view>
 
 #include "platform/dialog/dialog.h"
+#include "platform/dialog/errorOutput.h"
 
 namespace juntora {
 namespace {
@@ -67,9 +67,9 @@ int MessageBoxA(HWND, const char* text, const char* caption, UINT flags) {
         const std::string block = "[" + printable(caption ? caption : "Error", "") + "]\n    " +
                                   printable(text ? text : "", "    ") + "\n    (answered \"" +
                                   answer.name + "\": no screen shows this desktop)\n";
-        std::fputs(block.c_str(), stderr);
+        dialog::WriteToErrors(block);
     } catch (...) {
-        std::fputs("A message could not be shown: out of memory.\n", stderr);
+        dialog::WriteToErrors("A message could not be shown: out of memory.\n");
     }
     return answer.id;
 }

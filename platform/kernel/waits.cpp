@@ -10,6 +10,7 @@
 
 #include "platform/desktop/Futex.h"
 #include "platform/desktop/Lock.h"
+#include "platform/desktop/Queue.h"
 #include "platform/desktop/Timers.h"
 #include "platform/kernel/Handles.h"
 #include "platform/kernel/MutexOwner.h"
@@ -41,6 +42,7 @@ int lockMutex(pthread_mutex_t& mutex, DWORD milliseconds) {
     if (outcome != EBUSY || milliseconds == 0) {
         return outcome;
     }
+    desktop::Queue::ringBeforeBlocking();
     if (milliseconds == INFINITE) {
         return pthread_mutex_lock(&mutex);
     }
@@ -87,6 +89,7 @@ bool takeCount(Attachment& desktop, const Handle& entry) {
 
 DWORD waitForSemaphore(Attachment& desktop, const Handle& entry, DWORD milliseconds) {
     const std::int64_t end = desktop::nowMilliseconds() + milliseconds;
+    desktop::Queue::ringBeforeBlocking();
     while (!takeCount(desktop, entry)) {
         const std::int64_t left =
             milliseconds == INFINITE ? INFINITE : end - desktop::nowMilliseconds();
@@ -101,6 +104,7 @@ DWORD waitForSemaphore(Attachment& desktop, const Handle& entry, DWORD milliseco
 }
 
 DWORD waitForProcess(const Handle& entry, DWORD milliseconds) {
+    desktop::Queue::ringBeforeBlocking();
     pollfd ended{entry.descriptor, POLLIN, 0};
     const int timeout =
         milliseconds == INFINITE ? -1 : static_cast<int>(std::min<DWORD>(milliseconds, INT32_MAX));

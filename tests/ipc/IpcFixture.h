@@ -1,6 +1,7 @@
 // A process that is a tool, with a hub in another process that tells what it gets.
 #pragma once
 
+#include <deque>
 #include <optional>
 #include <string>
 #include <vector>
@@ -46,6 +47,9 @@ protected:
     ChildProcess m_hub;
     HWND m_hubWindow;
     HWND m_window;
+
+private:
+    std::deque<std::string> m_told;  ///< Records that came before the answer to a tellHub.
 };
 
 }  // namespace juntora::test

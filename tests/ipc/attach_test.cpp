@@ -1,11 +1,7 @@
 // Signing on and off, and starting the hub.
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <memory>
 #include <sstream>
 
-#include "platform/kernel/process.h"
 #include "tests/ipc/IpcFixture.h"
 
 namespace juntora::test {
@@ -136,108 +132,6 @@ TEST_F(AttachTest, TheHubItselfOnlyOpensTheBlock) {
     EXPECT_EQ(ipcHubWindow, m_window);
     EXPECT_NE(ipcMemAddress(64), nullptr);
     EXPECT_EQ(ipcDetach(), 0) << "and signs off nowhere";
-}
-
-/// The hub is not there, and what this program is called decides where it is looked for.
-class StartTest : public IpcTest {
-protected:
-    void SetUp() override {
-        m_hub.kill();
-        m_hub.wait();
-        m_folder = sandbox().runtimeFolder() + "/my tools";
-        m_note = sandbox().runtimeFolder() + "/note";
-        std::filesystem::create_directory(m_folder);
-        setenv("FAKE_HUB_NOTE", m_note.c_str(), 1);
-        setenv("PATH", "/nowhere", 1);
-    }
-
-    void installHub() {
-        std::filesystem::create_symlink(ProgramFolder() + "/ipc_fake_hub", m_folder + "/juntora");
-    }
-    /// As main would be called.
-    void callProgram(std::vector<std::string> words) {
-        m_words = std::move(words);
-        m_pointers.clear();
-        for (std::string& word : m_words) {
-            m_pointers.push_back(word.data());
-        }
-        m_pointers.push_back(nullptr);
-        SetProgramArguments(static_cast<int>(m_words.size()), m_pointers.data());
-    }
-    /// Show state and arguments with which the hub was started.
-    std::string note() const {
-        std::ifstream file(m_note);
-        std::string line;
-        std::getline(file, line);
-        return line;
-    }
-
-    std::string m_folder;
-    std::string m_note;
-    std::vector<std::string> m_words;
-    std::vector<char*> m_pointers;
-};
-
-TEST_F(StartTest, AToolStartsTheHubBesideIt) {
-    installHub();
-    callProgram({m_folder + "/tool", "-a", "file.opj"});
-    const Tool tool(m_window);
-    EXPECT_STREQ(tool.m_pName, "Draftel;0");
-    EXPECT_EQ(note(), "0 -a file.opj ");
-}
-
-TEST_F(StartTest, OrWhereverItIsFound) {
-    installHub();
-    setenv("PATH", m_folder.c_str(), 1);
-    callProgram({"/elsewhere/tool"});
-    EXPECT_EQ(ipcStartHub(0), 1);
-    EXPECT_EQ(ipcStartHub(0), 1) << "it runs already";
-}
-
-TEST_F(StartTest, ArgumentsThatDoNotFitAreLeftOut) {
-    installHub();
-    // The line, an argument and two bytes more come to 1,040 at most.
-    const std::size_t before = (m_folder + "/Juntora.exe ").size();
-    const std::string first(1040 - before - 104, 'a');
-    const std::string fits(101, 'b');
-    callProgram({m_folder + "/tool", first, fits, "c"});
-    ASSERT_EQ(ipcStartHub(0), 1);
-    EXPECT_EQ(note(), "0 " + first + " " + fits + " ") << "the first that does not fit ends it";
-}
-
-TEST_F(StartTest, AnArgumentOneByteTooLongIsOneOfThem) {
-    installHub();
-    const std::size_t before = (m_folder + "/Juntora.exe ").size();
-    const std::string first(1040 - before - 104, 'a');
-    callProgram({m_folder + "/tool", first, std::string(102, 'b'), "c"});
-    ASSERT_EQ(ipcStartHub(0), 1);
-    EXPECT_EQ(note(), "0 " + first + " ");
-}
-
-TEST_F(StartTest, ThereIsNoHubToStart) {
-    callProgram({m_folder + "/tool"});
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(ipcStartHub(0), 0);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(ipcStartHub(1), 0);
-    const std::string box = testing::internal::GetCapturedStderr();
-    EXPECT_NE(box.find("Error 2"), std::string::npos) << box;
-    EXPECT_NE(box.find("Juntora"), std::string::npos) << box;
-    const Tool tool(m_window);
-    EXPECT_STREQ(tool.m_pName, "");
-}
-
-TEST_F(StartTest, AQuitEndsTheWaitForAHub) {
-    // A hub that never shows a window.
-    std::filesystem::create_symlink("/bin/true", m_folder + "/juntora");
-    callProgram({m_folder + "/tool"});
-    PostQuitMessage(3);
-    const Tool tool(m_window);
-    EXPECT_STREQ(tool.m_pName, "");
-    MSG message{};
-    EXPECT_EQ(GetMessageA(&message, 0, 0, 0), 0);
-    EXPECT_EQ(message.wParam, 1U);
 }
 
 }  // namespace

@@ -133,21 +133,23 @@ void takeInput(const char* bytes, std::size_t count, void*) {
     }
 }
 
-/// Where a tool has started this program, its output is not the test's: the start goes to a file.
-void noteStart() {
+/// Where a tool has started this program, its output is the tool's: the start goes to a file, and
+/// nothing else is told. False where it was not.
+bool noteStart() {
     const char* path = GetEnvironment("FAKE_HUB_NOTE");
-    std::FILE* note = path != nullptr ? std::fopen(path, "w") : nullptr;
-    if (note != nullptr) {
-        std::fprintf(note, "%d %s\n", StartShowState(), CommandLineTail());
-        std::fclose(note);
+    std::FILE* note = path != nullptr ? std::freopen(path, "w", stdout) : nullptr;
+    if (note == nullptr) {
+        return false;
     }
+    std::printf("%d %s\n", StartShowState(), CommandLineTail());
+    return std::fflush(stdout) == 0;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
     SetProgramArguments(argc, argv);
-    noteStart();
+    const bool isStarted = noteStart();
     WNDCLASSA description{};
     description.lpfnWndProc = procedure;
     description.lpszClassName = HUB_WINDOW_CLASS;
@@ -157,7 +159,7 @@ int main(int argc, char** argv) {
     FakeHub hub(s_window);
     s_hub = &hub;
     say("hub " + hex(s_window));
-    if (GetEnvironment("FAKE_HUB_NOTE") == nullptr) {
+    if (!isStarted) {
         WatchStandardInput(takeInput, nullptr);
     }
     MSG message{};

@@ -1,9 +1,13 @@
 // Dialogs: made from templates, run modally, steered by keys and messages.
 #include "platform/dialog/dialog.h"
 
+#include <unistd.h>
+
+#include <array>
 #include <functional>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "platform/desktop/message.h"
@@ -379,6 +383,42 @@ TEST(MessageBoxTest, AnswersWithTheDefaultButtonAndTellsSo) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "[Error]\n    first\n     [2Jsecond\n"
               "    (answered \"OK\": no screen shows this desktop)\n");
+}
+
+/// Puts one end of a pipe in the place of standard error for as long as it lives.
+class ErrorsIntoPipe {
+public:
+    ErrorsIntoPipe() : m_before(dup(STDERR_FILENO)) {
+        EXPECT_EQ(pipe(m_ends.data()), 0);
+        dup2(m_ends[1], STDERR_FILENO);
+    }
+    ~ErrorsIntoPipe() {
+        dup2(m_before, STDERR_FILENO);
+        for (const int descriptor : {m_before, m_ends[0], m_ends[1]}) {
+            close(descriptor);
+        }
+    }
+    ErrorsIntoPipe(const ErrorsIntoPipe&) = delete;
+    ErrorsIntoPipe& operator=(const ErrorsIntoPipe&) = delete;
+
+    void loseReader() { close(std::exchange(m_ends[0], -1)); }
+
+private:
+    const int m_before;
+    std::array<int, 2> m_ends{};
+};
+
+TEST(MessageBoxTest, NeedsNobodyToReadIt) {
+    {
+        const ErrorsIntoPipe unread;
+        const std::string text(3000, 'x');
+        for (int time = 0; time < 100; ++time) {  // More than any pipe holds.
+            EXPECT_EQ(MessageBoxA(0, text.c_str(), "caption", MB_OK), IDOK);
+        }
+    }
+    ErrorsIntoPipe broken;
+    broken.loseReader();
+    EXPECT_EQ(MessageBoxA(0, "text", "caption", MB_OKCANCEL), IDOK);
 }
 
 TEST(ResourceTest, AreFoundByNumberInTheOrderTheyCame) {

@@ -1,0 +1,57 @@
+#include "platform/dialog/errorOutput.h"
+
+#include <limits.h>
+#include <poll.h>
+#include <signal.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+namespace juntora::dialog {
+namespace {
+
+/// Keeps the signal of a broken pipe from this thread for as long as it lives.
+class NoPipeSignal {
+public:
+    NoPipeSignal() {
+        sigemptyset(&m_signal);
+        sigaddset(&m_signal, SIGPIPE);
+        pthread_sigmask(SIG_BLOCK, &m_signal, &m_before);
+    }
+    ~NoPipeSignal() {
+        if (sigismember(&m_before, SIGPIPE) == 0) {
+            const timespec atOnce{};
+            sigtimedwait(&m_signal, nullptr, &atOnce);
+        }
+        pthread_sigmask(SIG_SETMASK, &m_before, nullptr);
+    }
+    NoPipeSignal(const NoPipeSignal&) = delete;
+    NoPipeSignal& operator=(const NoPipeSignal&) = delete;
+
+private:
+    sigset_t m_signal{};
+    sigset_t m_before{};
+};
+
+bool canTakeMore() {
+    pollfd errors{STDERR_FILENO, POLLOUT, 0};
+    return poll(&errors, 1, 0) == 1 && (errors.revents & POLLOUT) != 0;
+}
+
+}  // namespace
+
+void WriteToErrors(std::string_view text) {
+    const NoPipeSignal noSignal;
+    while (!text.empty() && canTakeMore()) {
+        // A pipe that can be written to has room for this much at least.
+        const ssize_t written =
+            write(STDERR_FILENO, text.data(), std::min<std::size_t>(text.size(), PIPE_BUF));
+        if (written <= 0) {
+            return;
+        }
+        text.remove_prefix(static_cast<std::size_t>(written));
+    }
+}
+
+}  // namespace juntora::dialog

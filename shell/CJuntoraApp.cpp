@@ -1,0 +1,77 @@
+#include "shell/CJuntoraApp.h"
+
+#include <cstdio>
+
+#include "framework/CWnd.h"
+#include "ipc/IpcMessage.h"
+#include "shell/CJuntoraDlg.h"
+#include "shell/LineWords.h"
+#include "shell/StartLock.h"
+#include "shell/resources.h"
+
+namespace juntora {
+namespace {
+
+bool registerWindowClass() {
+    constexpr int ARROW = 32512;
+    constexpr int WINDOW_COLOUR = 6;
+    const WNDCLASSA hubClass{CS_VREDRAW | CS_HREDRAW | CS_DBLCLKS,
+                             AfxGetAfxWndProc(),
+                             IDI_HUB,
+                             ARROW,
+                             WINDOW_COLOUR,
+                             HUB_WINDOW_CLASS};
+    return AfxRegisterClass(&hubClass) != 0;
+}
+
+}  // namespace
+
+bool CJuntoraApp::InitInstance() {
+    // Of two hubs that start at the same instant the second waits here until the first one's window
+    // stands, and then finds it.
+    StartLock startLock;
+    if (FindWindowA(HUB_WINDOW_CLASS, HUB_WINDOW_TITLE) != 0) {
+        return false;
+    }
+    if (startLock.HasTimedOut()) {
+        std::fputs(
+            "juntora: another hub has been starting for 10 s and is not ready yet, so this "
+            "one ends. If that one hangs, end it and start the hub again.\n",
+            stderr);
+        m_nExitCode = 1;
+        return false;
+    }
+    if (!registerWindowClass()) {
+        return false;
+    }
+    RegisterHubResources();
+
+    constexpr int START_PLANCHET = 1;
+    m_nCmdShow = SW_HIDE;
+    if (m_lpCmdLine) {
+        WalkCommandLine();
+    }
+
+    CJuntoraDlg dialog(1, START_PLANCHET, nullptr);
+    dialog.SetStartLock(&startLock);
+    m_pMainWnd = &dialog;
+    m_nExitCode = dialog.DoModal() == IDCANCEL ? 0 : 1;
+    m_pMainWnd = nullptr;
+    return false;
+}
+
+/// Takes the line apart as far as it has parts. None of them means anything to the hub, and none is
+/// an error: the line is there for Planchet.
+void CJuntoraApp::WalkCommandLine() const {
+    LineWords words(m_lpCmdLine);
+    while (words.next()) {
+    }
+}
+
+const AFX_MSGMAP& CJuntoraApp::GetMessageMap() const {
+    static const AFX_MSGMAP_ENTRY entries[] = {ON_COMMAND<&CJuntoraApp::OnHelp>(ID_HELP)};
+    static const AFX_MSGMAP map{&CWinApp::GetMessageMap(), entries};
+    return map;
+}
+
+}  // namespace juntora

@@ -1,0 +1,26 @@
+// The hub as a program: one a desktop, from its start to its end.
+#pragma once
+
+#include "framework/CWinApp.h"
+
+namespace juntora {
+
+class CJuntoraApp : public CWinApp {
+public:
+    CJuntoraApp() = default;
+    ~CJuntoraApp() override = default;
+
+    /// Returns at once where a hub runs already. Otherwise the main dialog's modal loop is the rest
+    /// of the hub's life.
+    bool InitInstance() override;
+
+protected:
+    const AFX_MSGMAP& GetMessageMap() const override;
+
+private:
+    void WalkCommandLine() const;
+};
+
+extern CJuntoraApp theApp;
+
+}  // namespace juntora

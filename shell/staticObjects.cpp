@@ -1,0 +1,16 @@
+// The objects that stand before main, here together because their order counts: the message maps
+// read the numbers, and the application's members may rely on them.
+#include "hub/HubMessages.h"
+#include "platform/desktop/message.h"
+#include "shell/CJuntoraApp.h"
+#include "shell/registeredMessages.h"
+
+namespace juntora {
+
+const UINT g_nShowHubMessage = RegisterWindowMessageA(HUB_SHOW_MESSAGE);
+const UINT g_nCloseAppsMessage = RegisterWindowMessageA(HUB_CLOSE_APPS_MESSAGE);
+const UINT g_nStartPlanchetMessage = RegisterWindowMessageA(HUB_START_PLANCHET_MESSAGE);
+
+CJuntoraApp theApp;
+
+}  // namespace juntora

@@ -1,0 +1,100 @@
+// Where a tool that finds no hub looks for one, and how it starts it.
+#include <filesystem>
+#include <fstream>
+
+#include "tests/support/ChildProcess.h"
+#include "tests/support/TestDesktop.h"
+
+namespace juntora::test {
+namespace {
+
+/// A tool in a folder of its own, so that it finds no hub but the one that the test puts somewhere.
+class StartTest : public TestDesktop {
+protected:
+    StartTest() {
+        std::filesystem::remove_all(m_base);
+        std::filesystem::create_directories(m_base + "/tools");
+        std::filesystem::create_directories(m_base + "/path");
+        std::filesystem::copy_file(ProgramFolder() + "/ipc_starter", m_tool);
+    }
+
+    void install(const std::string& program, const std::string& folder) {
+        std::filesystem::create_symlink(program, m_base + folder + "/juntora");
+    }
+    void installHub(const std::string& folder) {
+        install(ProgramFolder() + "/ipc_fake_hub", folder);
+    }
+    /// What the tool prints.
+    std::string run(const std::string& does, const std::vector<std::string>& arguments = {}) {
+        ChildProcess::Options options;
+        options.environment = {"STARTER_DOES=" + does, "FAKE_HUB_NOTE=" + m_note,
+                               "PATH=" + m_base + "/path"};
+        options.folder = m_base;  // The current folder is looked into as well.
+        options.keepErrors = true;
+        ChildProcess tool(m_tool, arguments, options);
+        const std::string line = tool.readLine().value_or("");
+        EXPECT_EQ(tool.wait(), 0);
+        m_errors = tool.errors();
+        return line;
+    }
+    /// Show state and arguments with which the hub was started.
+    std::string note() const {
+        std::ifstream file(m_note);
+        std::string line;
+        std::getline(file, line);
+        return line;
+    }
+    std::size_t lengthOfProgram() const { return (m_base + "/tools/Juntora.exe ").size(); }
+
+    std::string m_base = sandbox().runtimeFolder() + "/start";
+    std::string m_tool = m_base + "/tools/tool";
+    std::string m_note = m_base + "/note";
+    std::string m_errors;
+};
+
+TEST_F(StartTest, TheHubBesideTheToolIsStartedHidden) {
+    installHub("/tools");
+    EXPECT_EQ(run("attach", {"-a", "file.opj"}), "[Starter;0] -1");
+    EXPECT_EQ(note(), "0 -a file.opj ");
+    EXPECT_EQ(m_errors, "");
+}
+
+TEST_F(StartTest, OrTheOneOnThePath) {
+    installHub("/path");
+    EXPECT_EQ(run("start"), "1");
+    EXPECT_EQ(note(), "0 ");
+    std::filesystem::remove(m_base + "/path/juntora");
+    EXPECT_EQ(run("start"), "1") << "it runs already";
+}
+
+// The line, an argument and two bytes more come to 1,040 at most.
+TEST_F(StartTest, ArgumentsThatJustFit) {
+    installHub("/tools");
+    const std::string first(1040 - lengthOfProgram() - 104, 'a');
+    const std::string fits(101, 'b');
+    EXPECT_EQ(run("start", {first, fits, "c"}), "1");
+    EXPECT_EQ(note(), "0 " + first + " " + fits + " ");
+}
+
+TEST_F(StartTest, TheFirstArgumentThatDoesNotFitEndsTheLine) {
+    installHub("/tools");
+    const std::string first(1040 - lengthOfProgram() - 104, 'a');
+    EXPECT_EQ(run("start", {first, std::string(102, 'b'), "c"}), "1");
+    EXPECT_EQ(note(), "0 " + first + " ");
+}
+
+TEST_F(StartTest, ThereIsNoHubToStart) {
+    EXPECT_EQ(run("start"), "0");
+    EXPECT_EQ(m_errors, "");
+    EXPECT_EQ(run("attach"), "[] -1");
+    EXPECT_NE(m_errors.find("Error 2"), std::string::npos) << m_errors;
+    EXPECT_NE(m_errors.find("Juntora"), std::string::npos) << m_errors;
+}
+
+TEST_F(StartTest, AQuitEndsTheWaitForAHub) {
+    install("/bin/true", "/tools");  // It never shows a window.
+    EXPECT_EQ(run("quit"), "[] 1");
+}
+
+}  // namespace
+}  // namespace juntora::test

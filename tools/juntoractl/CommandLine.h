@@ -1,0 +1,38 @@
+// The command line of juntoractl: each group of commands adds its own.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+namespace juntora {
+
+/// The chosen command, to be run after the whole line has been understood; returns an exit code.
+using Action = std::function<int()>;
+
+void addAppsCommand(CLI::App& app, Action* action);
+/// find, name, alive, running
+void addQueryCommands(CLI::App& app, Action* action);
+/// show, close-all, command, status
+void addRequestCommands(CLI::App& app, Action* action);
+void addWatchCommand(CLI::App& app, Action* action);
+void addMonitorCommand(CLI::App& app, Action* action);
+void addToolCommand(CLI::App& app, Action* action);
+
+/// Adds a command that runs `run` with its options, which live as long as the command line does.
+template <typename Options>
+CLI::App* addCommand(CLI::App& app, const std::string& name, const std::string& description,
+                     const std::shared_ptr<Options>& options, int (*run)(const Options&),
+                     Action* action) {
+    CLI::App* command = app.add_subcommand(name, description);
+    command->callback([=] { *action = [=] { return run(*options); }; });
+    return command;
+}
+
+void addJsonFlag(CLI::App* command, bool* json, const std::string& description);
+/// A window in hexadecimal; anything else is wrong usage.
+CLI::Option* addWindow(CLI::App* command, const std::string& name, std::string* window,
+                       const std::string& description);
+
+}  // namespace juntora
