@@ -4,6 +4,7 @@
 #include <cerrno>
 
 #include "platform/desktop/Address.h"
+#include "platform/desktop/TextTransfer.h"
 #include "platform/desktop/message.h"
 #include "platform/kernel/sync.h"
 
@@ -68,6 +69,10 @@ BOOL PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (queue == nullptr) {
         return 0;
     }
+    if (desktop::textWayOf(message) != desktop::TextWay::NO_TEXT) {
+        SetLastError(ERROR_MESSAGE_SYNC_ONLY);
+        return 0;
+    }
     const desktop::PostedMessage posted{window, message, wParam, lParam};
     desktop::Address to{queue->thread(), queue->generation()};
     if (window != 0 && !desktop::addressOrSweep(queue->segment(), window, &to)) {
@@ -130,9 +135,13 @@ LRESULT DispatchMessageA(const MSG* message) {
     if (message->hwnd == 0) {
         return 0;
     }
-    if (message->message == WM_TIMER && message->lParam != 0) {
+    const desktop::Queue* queue = desktop::Queue::current();
+    if (message->message == WM_TIMER && message->lParam != 0 && queue != nullptr) {
+        // Anybody can post the number of a timer; only this thread's own has a callback.
         const auto callback = reinterpret_cast<TIMERPROC>(message->lParam);
-        callback(message->hwnd, WM_TIMER, message->wParam, message->time);
+        if (queue->timers().hasCallback(message->hwnd, message->wParam, callback)) {
+            callback(message->hwnd, WM_TIMER, message->wParam, message->time);
+        }
         return 0;
     }
     return desktop::callWindow(message->hwnd, message->message, message->wParam, message->lParam);

@@ -23,15 +23,18 @@ inline void relaxCore() {
 }
 
 /// Whether spinning for one kind of event pays. It does as long as the last spin caught the event;
-/// after one that did not there is a new try at the 32nd occasion, then at each time twice as many,
-/// up to 1,024, as long as the tries fail. Where the core is wanted by others it does not pay at
-/// all.
+/// after one that did not there is a new try at the second occasion, then at each time twice as
+/// many, up to 1,024, as long as the tries fail. Where the core is wanted by others it does not pay
+/// at all.
 class Spin {
 public:
     explicit Spin(std::int64_t nanoseconds) : m_length(nanoseconds) {}
 
-    /// Whether the next occasion is a new try.
-    bool isTry() const { return !m_pays && m_missed + 1 >= m_tryAfter; }
+    /// Counts an occasion on which a spin would be in vain as things stand; whether a try is due.
+    bool isDue() {
+        m_pays = false;
+        return ++m_missed >= m_tryAfter;
+    }
 
     /// Spins until `done()`, if that is promising. Whether it is done.
     template <typename Done>
@@ -55,7 +58,7 @@ public:
     void encourage() { m_pays = true; }
 
 private:
-    static constexpr std::uint32_t FIRST_TRY = 32;
+    static constexpr std::uint32_t FIRST_TRY = 2;
     static constexpr std::uint32_t LAST_TRY = 1024;
 
     /// `interrupted`: others have had the core meanwhile, who must not be kept waiting for nothing.

@@ -134,6 +134,8 @@ void Queue::answer(const SentMessage& sent) {
     // Refused where the sender has given up, or its slot is another's by now.
     if (sender.replies[sent.replySlot].word.compare_exchange_strong(waiting, answered)) {
         m_senderWasAwake = !ringIfAsleep(sent.sender);
+        m_senderNeedsCore =
+            !m_senderWasAwake && sender.core.load(std::memory_order_relaxed) == currentCore();
     }
 }
 
@@ -224,13 +226,14 @@ bool Queue::awaitWork() {
     ringNow();
     // Nobody waits for the end of a posted message: there is no hurry to be awake for the next one,
     // and those who send it may need the core.
-    return m_lastWasSent ? m_patience.request.until(workHasCome) : hasWork();
+    return m_lastWasSent && !m_senderNeedsCore ? m_patience.request.until(workHasCome) : hasWork();
 }
 
 void Queue::waitForWork() {
     const bool hasCome = awaitWork();
     m_lastWasSent = false;
     m_senderWasAwake = false;
+    m_senderNeedsCore = false;
     if (hasCome) {
         return;
     }

@@ -31,6 +31,7 @@ public:
     std::uint32_t generation() const { return m_generation; }
     Mailbox& mailbox() { return *m_mailbox; }
     Timers& timers() { return m_timers; }
+    const Timers& timers() const { return m_timers; }
     Patience& patience() { return m_patience; }
 
     // --- Mail ---------------------------------------------------------------------------------
@@ -103,6 +104,8 @@ private:
     /// Of the last message that was served: it was sent, and its sender was awake for the answer.
     bool m_lastWasSent = false;
     bool m_senderWasAwake = false;
+    /// Or was woken, and runs on this core as soon as it is free.
+    bool m_senderNeedsCore = false;
     /// Threads whose bells are put off, and for how many messages.
     std::vector<std::uint32_t> m_deferred;
     std::uint32_t m_deferredPosts = 0;

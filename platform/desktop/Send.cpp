@@ -91,21 +91,29 @@ private:
 
 enum class Outcome { ANSWERED, RECEIVER_GONE, RECEIVER_HUNG };
 
-/// A spin cannot pay on the core that the receiver needs.
-void partFromReceiver(Queue& queue, const Address& to) {
-    const std::uint32_t core = currentCore();
-    if (queue.segment().mailboxes[to.thread].core.load(std::memory_order_relaxed) == core) {
-        leaveCore(core);
-    }
+bool runsHere(Queue& queue, std::uint32_t thread) {
+    return queue.segment().mailboxes[thread].core.load(std::memory_order_relaxed) == currentCore();
 }
 
-Outcome awaitAnswer(Queue& queue, Turn& turn, const Address& to, DWORD hungMilliseconds) {
+/// Whether to spin for the answer of a receiver that has just been woken: not on the core that it
+/// needs. When a spin is due all the same, this thread leaves that core to it first.
+bool maySpinFor(Queue& queue, const Address& to) {
+    if (!runsHere(queue, to.thread)) {
+        return true;
+    }
+    if (!queue.patience().reply.isDue()) {
+        return false;
+    }
+    leaveCore(currentCore());
+    return true;
+}
+
+Outcome awaitAnswer(Queue& queue, Turn& turn, const Address& to, bool wasAsleep,
+                    DWORD hungMilliseconds) {
     const auto somethingCame = [&] { return turn.isAnswered() || queue.hasSent(); };
     ThreadSlot& receiver = queue.segment().threads[to.thread];
-    if (queue.patience().reply.isTry()) {
-        partFromReceiver(queue, to);
-    }
-    if (queue.patience().reply.until(somethingCame) && turn.isAnswered()) {
+    if ((!wasAsleep || maySpinFor(queue, to)) && queue.patience().reply.until(somethingCame) &&
+        turn.isAnswered()) {
         return Outcome::ANSWERED;
     }
     HungWatch watch(queue, to.thread, hungMilliseconds);
@@ -146,8 +154,8 @@ BOOL sendToThread(Queue& queue, const Address& to, SentMessage sent, DWORD hungM
         SetLastError(ERROR_NOT_ENOUGH_MEMORY);
         return 0;
     }
-    queue.ringIfAsleep(to.thread);
-    switch (awaitAnswer(queue, turn, to, hungMilliseconds)) {
+    const bool wasAsleep = queue.ringIfAsleep(to.thread);
+    switch (awaitAnswer(queue, turn, to, wasAsleep, hungMilliseconds)) {
         case Outcome::ANSWERED:
             *result = turn.result();
             text.takeBack(sent, *result);

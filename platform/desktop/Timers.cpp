@@ -33,6 +33,12 @@ void Timers::killAllOf(HWND window) {
     std::erase_if(m_timers, [=](const Timer& timer) { return timer.window == window; });
 }
 
+bool Timers::hasCallback(HWND window, std::uintptr_t id, TIMERPROC callback) const {
+    return std::any_of(m_timers.begin(), m_timers.end(), [=](const Timer& timer) {
+        return timer.window == window && timer.id == id && timer.callback == callback;
+    });
+}
+
 std::optional<std::int64_t> Timers::nextDue() const {
     const auto next =
         std::min_element(m_timers.begin(), m_timers.end(),

@@ -24,6 +24,7 @@ public:
     void set(HWND window, std::uintptr_t id, DWORD milliseconds, TIMERPROC callback);
     bool kill(HWND window, std::uintptr_t id);
     void killAllOf(HWND window);
+    bool hasCallback(HWND window, std::uintptr_t id, TIMERPROC callback) const;
     bool isEmpty() const { return m_timers.empty(); }
 
     /// When the next one is due; the monotonic clock's milliseconds, none without a timer.

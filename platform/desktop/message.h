@@ -35,7 +35,8 @@ BOOL SendMessageUnlessHung(HWND window, UINT message, WPARAM wParam, LPARAM lPar
                            DWORD hungMilliseconds, LRESULT* result);
 
 /// Puts a message into the queue of the window's thread and returns at once. 0 when the window does
-/// not exist or 16,384 messages wait there already (ERROR_TOO_MANY_POSTS). Window 0: the calling
+/// not exist, 16,384 messages wait there already (ERROR_TOO_MANY_POSTS), or the message carries a
+/// text, which nobody could keep for it (ERROR_MESSAGE_SYNC_ONLY). Window 0: the calling
 /// thread's own queue. Messages of one sender to one thread keep their order.
 BOOL PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 

@@ -78,7 +78,7 @@ LRESULT storeText(HWND window, const char* text) {
 /// What the segment holds as the window's text.
 int storedText(HWND window, char* buffer, int capacity) {
     const Place place = placeOf(window);
-    if (!place) {
+    if (!place || buffer == nullptr) {
         return 0;
     }
     const SegmentLock lock(*place.segment);

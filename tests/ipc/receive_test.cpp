@@ -33,7 +33,7 @@ protected:
         std::strcpy(m_slot->text, path.c_str());
     }
     std::string file(const std::string& content) {
-        const std::string path = sandbox().temporaryFolder() + "/IPC1.tmp";
+        std::string path = sandbox().temporaryFolder() + "/IPC1.tmp";
         std::ofstream(path, std::ios::binary) << content;
         return path;
     }

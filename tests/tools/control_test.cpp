@@ -163,7 +163,7 @@ TEST_F(ControlTest, MonitorTellsWhatHappens) {
     ChildProcess monitor("juntoractl", {"monitor", "--json"});
     const auto next = [&monitor](const std::string& name) {
         for (;;) {
-            const json event = json::parse(monitor.readLineWith(name).value_or("{}"));
+            json event = json::parse(monitor.readLineWith(name).value_or("{}"));
             if (event.empty() || event["name"] == name) {
                 return event;
             }
