@@ -48,6 +48,12 @@ sigset_t childSignal() {
     _exit(0);
 }
 
+/// Somebody has stopped the whole test and let it go on.
+bool isJobControl(int status) {
+    return WIFSTOPPED(status) && (WSTOPSIG(status) == SIGSTOP || WSTOPSIG(status) == SIGTSTP ||
+                                  WSTOPSIG(status) == SIGCONT);
+}
+
 constexpr std::uint64_t TRAP_INSTRUCTION = 0xCC;
 constexpr int SYSTEM_CALL_BIT = 0x80;
 constexpr unsigned SYSTEM_CALL_BYTES = 2;
@@ -145,12 +151,16 @@ Tracee::Stop Tracee::classify(int status, bool stepped) {
 }
 
 Tracee::Stop Tracee::wait(Milliseconds patience) {
-    const std::optional<int> status = awaitStatus(patience);
-    return status ? classify(*status, m_stepping) : Stop::TIMEOUT;
+    std::optional<int> status = awaitStatus(patience);
+    while (status && isJobControl(*status)) {
+        request(m_request, m_pid, 0, nullptr);
+        status = awaitStatus(patience);
+    }
+    return status ? classify(*status, m_request == PTRACE_SINGLESTEP) : Stop::TIMEOUT;
 }
 
 Tracee::Stop Tracee::resume(int what, Milliseconds patience) {
-    m_stepping = what == PTRACE_SINGLESTEP;
+    m_request = what;
     request(what, m_pid, 0, nullptr);
     return wait(patience);
 }

@@ -87,7 +87,7 @@ private:
 
     pid_t m_pid = -1;
     bool m_ended = false;
-    bool m_stepping = false;
+    int m_request = 0;  ///< By which it was last set going.
     Mark m_lastMark{};
     Address m_faultAddress = 0;
     Address m_breakpoint = 0;
