@@ -69,7 +69,8 @@ BOOL PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (queue == nullptr) {
         return 0;
     }
-    if (desktop::textWayOf(message) != desktop::TextWay::NO_TEXT) {
+    if (desktop::textWayOf(message) != desktop::TextWay::NO_TEXT ||
+        desktop::isOwnersAlone(message)) {
         SetLastError(ERROR_MESSAGE_SYNC_ONLY);
         return 0;
     }

@@ -183,7 +183,8 @@ BOOL send(HWND window, UINT message, WPARAM wParam, LPARAM lParam, DWORD hungMil
         *result = callWindow(window, message, wParam, lParam);
         return 1;
     }
-    if (hungMilliseconds != INFINITE && textWayOf(message) != TextWay::NO_TEXT) {
+    if ((hungMilliseconds != INFINITE && textWayOf(message) != TextWay::NO_TEXT) ||
+        isOwnersAlone(message)) {
         SetLastError(ERROR_INVALID_PARAMETER);
         return 0;
     }

@@ -37,6 +37,11 @@ TextWay textWayOf(UINT message) {
     }
 }
 
+bool isOwnersAlone(UINT message) {
+    return message == WM_CREATE || message == WM_DESTROY || message == WM_NCDESTROY ||
+           message == WM_INITDIALOG;
+}
+
 OutgoingText::OutgoingText(Queue& queue, SentMessage* sent) : m_queue(queue), m_top(queue.textTop) {
     sent->textWay = sent->lParam == 0 ? TextWay::NO_TEXT : textWayOf(sent->message);
     if (sent->textWay == TextWay::NO_TEXT) {

@@ -12,6 +12,10 @@ class Queue;
 /// Which way the message's text goes; NO_TEXT for most.
 TextWay textWayOf(UINT message);
 
+/// Whether a message tells a window of its own beginning or end: true only from the thread that
+/// owns it, since a window that believes another's word stands there without its objects.
+bool isOwnersAlone(UINT message);
+
 /// The sender's side: lays the text out before the send, copies it back after.
 class OutgoingText {
 public:

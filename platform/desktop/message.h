@@ -23,7 +23,8 @@ UINT RegisterWindowMessageA(const char* name);
 /// Texts travel with WM_SETTEXT, WM_GETTEXT, LB_ADDSTRING, LB_INSERTSTRING, LB_GETTEXT and
 /// LB_FINDSTRINGEXACT, up to 60,000 bytes each; the buffer of an LB_GETTEXT to another process must
 /// hold the line, as LB_GETTEXTLEN tells it (a line that has grown meanwhile is cut at 60,000). No
-/// other pointer is of use in another process.
+/// other pointer is of use in another process. WM_CREATE, WM_INITDIALOG, WM_DESTROY and
+/// WM_NCDESTROY go to windows of the calling thread only.
 LRESULT SendMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
 /// As SendMessageA, but gives a thread up that is hung: one that is awake and has not looked at its
@@ -36,8 +37,8 @@ BOOL SendMessageUnlessHung(HWND window, UINT message, WPARAM wParam, LPARAM lPar
 
 /// Puts a message into the queue of the window's thread and returns at once. 0 when the window does
 /// not exist, 16,384 messages wait there already (ERROR_TOO_MANY_POSTS), or the message carries a
-/// text, which nobody could keep for it (ERROR_MESSAGE_SYNC_ONLY). Window 0: the calling
-/// thread's own queue. Messages of one sender to one thread keep their order.
+/// text, which nobody could keep for it, or is one of those four (ERROR_MESSAGE_SYNC_ONLY). Window
+/// 0: the calling thread's own queue. Messages of one sender to one thread keep their order.
 BOOL PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
 /// Ends the thread's loops: GetMessageA returns 0 once nothing else waits.

@@ -60,7 +60,9 @@ public:
         posix_spawnattr_setsigmask(&attributes, &signals);
         sigfillset(&signals);
         posix_spawnattr_setsigdefault(&attributes, &signals);
-        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+        // A session of its own: what is typed at the starter's terminal is not meant for the child.
+        posix_spawnattr_setflags(
+            &attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSID);
     }
     ~SpawnSettings() {
         posix_spawn_file_actions_destroy(&actions);
