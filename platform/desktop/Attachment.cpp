@@ -153,7 +153,8 @@ void Attachment::forgetInForkedChild() {
     opening().tried = false;
     if (desktop != nullptr) {
         desktop->m_locks.close();
-        opening().attachment.release();  // The parent's queues in this memory still refer to it.
+        // Not destroyed: the parent's queues, of which this memory holds a copy, refer to it.
+        static_cast<void>(opening().attachment.release());
     }
     forgetQueuesInForkedChild();
 }

@@ -126,6 +126,8 @@ Recording DeathRun::recordMending(const DeathPoint& first) {
     die(*startVictim(), first, unused);
     Recording recording = record(*mender, folder());
     mender->kill();
+    // Whoever waited for the mender, which was gone through so slowly, was not late.
+    m_board->diedAt = now();
     return recording;
 }
 
@@ -144,14 +146,28 @@ std::vector<DeathPoint> DeathRun::strided(const std::vector<DeathPoint>& points,
     return chosen;
 }
 
+/// Has `deaths` happen and the survivor look; that they cannot even be brought about, since a
+/// process hangs before, is a complaint too.
+void DeathRun::tryOut(const std::string& occasion, Tally& tally,
+                      const std::function<void()>& deaths) {
+    try {
+        deaths();
+        look(occasion, tally);
+    } catch (const TraceError& error) {
+        tally.complaints.push_back(occasion + ": " + error.what());
+        freshDesktop();
+    }
+}
+
 /// Runs the whole operation twice, since the first time of all does more than those that follow.
 void DeathRun::begin(Tally& tally) {
     freshDesktop();
-    startVictim()->run();
-    m_board->diedAt = now();
-    look("after the whole operation", tally);
-    m_recording = recordOperation();
-    look("after the whole operation, recorded", tally);
+    tryOut("after the whole operation", tally, [this] {
+        startVictim()->run();
+        m_board->diedAt = now();
+    });
+    tryOut("after the whole operation, recorded", tally,
+           [this] { m_recording = recordOperation(); });
 }
 
 Tally DeathRun::oneDeath() {
@@ -164,9 +180,8 @@ Tally DeathRun::oneDeath() {
         if (tally.complaints.size() >= m_extent.complaints) {
             break;
         }
-        const std::unique_ptr<Tracee> victim = startVictim();
-        die(*victim, point, tally);
-        look("after a death at " + point.describe(), tally);
+        tryOut("after a death at " + point.describe(), tally,
+               [&] { die(*startVictim(), point, tally); });
     }
     return tally;
 }
@@ -175,19 +190,19 @@ Tally DeathRun::twoDeaths() {
     Tally tally;
     begin(tally);
     for (const DeathPoint& first : strided(m_recording.changes, m_extent.firstDeaths)) {
-        const Recording mending = recordMending(first);
-        look("after mending, recorded, a death at " + first.describe(), tally);
+        const std::string occasion = "after a death at " + first.describe();
+        Recording mending;
+        tryOut(occasion + " and the recording of its mending", tally,
+               [&] { mending = recordMending(first); });
         for (const DeathPoint& second : strided(mending.changes, m_extent.secondDeaths)) {
             if (tally.complaints.size() >= m_extent.complaints) {
                 return tally;
             }
-            const std::unique_ptr<Tracee> mender = startMender();
-            const std::unique_ptr<Tracee> victim = startVictim();
-            die(*victim, first, tally);
-            die(*mender, second, tally);
-            look("after a death at " + first.describe() + " and one in mending it at " +
-                     second.describe(),
-                 tally);
+            tryOut(occasion + " and one in mending it at " + second.describe(), tally, [&] {
+                const std::unique_ptr<Tracee> mender = startMender();
+                die(*startVictim(), first, tally);
+                die(*mender, second, tally);
+            });
         }
     }
     return tally;

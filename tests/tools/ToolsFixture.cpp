@@ -74,7 +74,11 @@ Outcome ToolsTest::control(const std::vector<std::string>& arguments, const std:
 
 bool ToolsTest::hubRuns() { return ipcFindHub() != 0; }
 
-void ToolsTest::killHub() { kill(hubProcess(), SIGKILL); }
+void ToolsTest::killHub() {
+    const pid_t process = hubProcess();
+    ASSERT_GT(process, 0);  // 0 would be everybody in this process's group.
+    kill(process, SIGKILL);
+}
 
 bool ToolsTest::hubEnds() {
     const pid_t process = hubProcess();
