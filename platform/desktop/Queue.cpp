@@ -3,6 +3,7 @@
 #include <pthread.h>
 
 #include <algorithm>
+#include <atomic>
 #include <memory>
 
 #include "platform/desktop/Core.h"
@@ -99,7 +100,12 @@ void leaveQueueOfExitingThread() {
 }
 
 void forgetQueuesInForkedChild() {
-    // The object is left alone: it is the parent's, who goes on using what it stands for.
+    // The object is left alone, and kept in reach: it is the parent's, who goes on using what it
+    // stands for.
+    static std::atomic<Queue*> parents;
+    if (t_queue != nullptr) {
+        parents = t_queue;
+    }
     t_queue = nullptr;
     pthread_setspecific(threadEndKey(), nullptr);
 }

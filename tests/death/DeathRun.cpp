@@ -126,8 +126,6 @@ Recording DeathRun::recordMending(const DeathPoint& first) {
     die(*startVictim(), first, unused);
     Recording recording = record(*mender, folder());
     mender->kill();
-    // Whoever waited for the mender, which was gone through so slowly, was not late.
-    m_board->diedAt = now();
     return recording;
 }
 
@@ -146,28 +144,14 @@ std::vector<DeathPoint> DeathRun::strided(const std::vector<DeathPoint>& points,
     return chosen;
 }
 
-/// Has `deaths` happen and the survivor look; that they cannot even be brought about, since a
-/// process hangs before, is a complaint too.
-void DeathRun::tryOut(const std::string& occasion, Tally& tally,
-                      const std::function<void()>& deaths) {
-    try {
-        deaths();
-        look(occasion, tally);
-    } catch (const TraceError& error) {
-        tally.complaints.push_back(occasion + ": " + error.what());
-        freshDesktop();
-    }
-}
-
 /// Runs the whole operation twice, since the first time of all does more than those that follow.
 void DeathRun::begin(Tally& tally) {
     freshDesktop();
-    tryOut("after the whole operation", tally, [this] {
-        startVictim()->run();
-        m_board->diedAt = now();
-    });
-    tryOut("after the whole operation, recorded", tally,
-           [this] { m_recording = recordOperation(); });
+    startVictim()->run();
+    m_board->diedAt = now();
+    look("after the whole operation", tally);
+    m_recording = recordOperation();
+    look("after the whole operation, recorded", tally);
 }
 
 Tally DeathRun::oneDeath() {
@@ -180,8 +164,9 @@ Tally DeathRun::oneDeath() {
         if (tally.complaints.size() >= m_extent.complaints) {
             break;
         }
-        tryOut("after a death at " + point.describe(), tally,
-               [&] { die(*startVictim(), point, tally); });
+        const std::unique_ptr<Tracee> victim = startVictim();
+        die(*victim, point, tally);
+        look("after a death at " + point.describe(), tally);
     }
     return tally;
 }
@@ -190,19 +175,19 @@ Tally DeathRun::twoDeaths() {
     Tally tally;
     begin(tally);
     for (const DeathPoint& first : strided(m_recording.changes, m_extent.firstDeaths)) {
-        const std::string occasion = "after a death at " + first.describe();
-        Recording mending;
-        tryOut(occasion + " and the recording of its mending", tally,
-               [&] { mending = recordMending(first); });
+        const Recording mending = recordMending(first);
+        look("after mending, recorded, a death at " + first.describe(), tally);
         for (const DeathPoint& second : strided(mending.changes, m_extent.secondDeaths)) {
             if (tally.complaints.size() >= m_extent.complaints) {
                 return tally;
             }
-            tryOut(occasion + " and one in mending it at " + second.describe(), tally, [&] {
-                const std::unique_ptr<Tracee> mender = startMender();
-                die(*startVictim(), first, tally);
-                die(*mender, second, tally);
-            });
+            const std::unique_ptr<Tracee> mender = startMender();
+            const std::unique_ptr<Tracee> victim = startVictim();
+            die(*victim, first, tally);
+            die(*mender, second, tally);
+            look("after a death at " + first.describe() + " and one in mending it at " +
+                     second.describe(),
+                 tally);
         }
     }
     return tally;

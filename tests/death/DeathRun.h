@@ -3,7 +3,6 @@
 
 #include <chrono>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <random>
 #include <string>
@@ -60,7 +59,6 @@ private:
     Recording recordMending(const DeathPoint& first);
     void die(Tracee& process, const DeathPoint& point, Tally& tally);
     void look(const std::string& occasion, Tally& tally);
-    void tryOut(const std::string& occasion, Tally& tally, const std::function<void()>& deaths);
     std::vector<DeathPoint> strided(const std::vector<DeathPoint>& points, std::size_t limit);
     std::string folder() const;
 

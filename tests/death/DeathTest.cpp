@@ -35,11 +35,11 @@ const std::vector<std::string> MENDED_IN_SAMPLE = {"openingTheDesktop",   "creat
 
 Extent extent() {
     const auto seed = static_cast<std::uint32_t>(::testing::UnitTest::GetInstance()->random_seed());
-    Extent extent{60, 20, 1, 20, 5, Milliseconds(4'000), seed};
+    Extent extent{60, 20, 1, 20, 5, Milliseconds(2'000), seed};
     if (ALL_DEATHS) {
-        extent = {100'000, 300, 6, 120, 5, Milliseconds(4'000), seed};
+        extent = {100'000, 300, 6, 120, 5, Milliseconds(2'000), seed};
     } else if (IS_SLOW) {
-        extent = {15, 5, 1, 10, 5, Milliseconds(4'000), seed};
+        extent = {15, 5, 1, 10, 5, Milliseconds(2'000), seed};
     }
     if (IS_SLOW) {
         extent.patience = Milliseconds(10'000);

@@ -20,21 +20,6 @@ protected:
     void look(Findings&) override {}  // What is looked for after every death is all there is to it.
 };
 
-/// In a place where the survivor once had such a window: a half-made one must not be taken for it.
-class CreatingInOldPlace : public Creating {
-public:
-    std::string name() const override { return "creatingAWindowInAnOldPlace"; }
-    void settle() override {
-        Creating::settle();
-        // Places are given out in turn, and come again when the last one has been used.
-        constexpr int PLACES = 32'768;
-        for (int i = 0; i < PLACES; ++i) {
-            DestroyWindow(makeVictimWindow());
-        }
-        board->victimWindow = 0;
-    }
-};
-
 /// A child of another process's window.
 class CreatingChild : public LayerScenario {
 public:
@@ -91,7 +76,6 @@ protected:
 
 void addWindowScenarios(Scenarios& all) {
     all.push_back([] { return std::make_unique<Creating>(); });
-    all.push_back([] { return std::make_unique<CreatingInOldPlace>(); });
     all.push_back([] { return std::make_unique<CreatingChild>(); });
     all.push_back([] { return std::make_unique<Destroying>(); });
     all.push_back([] { return std::make_unique<Retitling>(); });

@@ -106,6 +106,10 @@ std::optional<int> HubProcess::hubResult(ChildProcess::Milliseconds timeout) {
 }
 
 bool HubProcess::hubGoesOn() const {
+    // The hub can be found before it has made all of its windows.
+    if (!waitFor([&] { return listBox() != 0; })) {
+        return false;
+    }
     // Posted behind all that came before, with an effect that can be seen from here.
     const HWND list = listBox();
     const DWORD before = GetWindowChangeCount(list);
