@@ -132,6 +132,7 @@ TEST_F(MessageTest, ManySendersAreAllServed) {
     constexpr int EACH = 2'000;
     std::atomic<int> wrong = 0;
     std::vector<std::thread> senders;
+    senders.reserve(SENDERS);
     for (int s = 0; s < SENDERS; ++s) {
         senders.emplace_back([&, s] {
             for (int i = 0; i < EACH; ++i) {

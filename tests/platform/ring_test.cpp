@@ -48,6 +48,7 @@ TEST(RingTest, KeepsEachProducersOrderAndLosesNothing) {
     constexpr std::uint32_t EACH = 50'000;
     const auto ring = std::make_unique<Ring<Item, 64>>();
     std::vector<std::thread> producers;
+    producers.reserve(PRODUCERS);
     for (std::uint32_t p = 0; p < PRODUCERS; ++p) {
         producers.emplace_back([&, p] {
             for (std::uint32_t i = 0; i < EACH; ++i) {
