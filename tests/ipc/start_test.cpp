@@ -32,7 +32,7 @@ protected:
         options.folder = m_base;  // The current folder is looked into as well.
         options.keepErrors = true;
         ChildProcess tool(m_tool, arguments, options);
-        const std::string line = tool.readLine().value_or("");
+        std::string line = tool.readLine().value_or("");
         EXPECT_EQ(tool.wait(), 0);
         m_errors = tool.errors();
         return line;

@@ -1,4 +1,7 @@
 // juntoractl: a tool of the suite for the command line, and a window into the hub.
+#include <cstdio>
+#include <exception>
+
 #include "platform/kernel/process.h"
 #include "tools/juntoractl/CommandLine.h"
 #include "tools/juntoractl/ExitCode.h"
@@ -44,5 +47,10 @@ int run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     juntora::SetProgramArguments(argc, argv);
-    return juntora::run(argc, argv);
+    try {
+        return juntora::run(argc, argv);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "juntoractl: given up: %s\n", error.what());
+        return juntora::EXIT_CODE_REFUSED;
+    }
 }
