@@ -26,15 +26,11 @@ enum Note { RESULT, RETURNED_AT, SERVED };
 class Answering : public LayerScenario {
 public:
     std::string name() const override { return "answering"; }
-    /// With the survivor's message already waiting, so that every death meets the same.
     void prepare() override {
         LayerScenario::prepare();
         board->notes[RESULT] = PENDING;
         makeVictimWindow();
-        pollfd mail{GetQueueDescriptor(), POLLIN, 0};
-        DispatchWaitingMessages();
-        mark(Mark::READY);
-        poll(&mail, 1, -1);
+        getReady();
     }
     void operate() override {
         while (board->notes[SERVED] == 0) {
@@ -48,6 +44,13 @@ public:
     }
 
 protected:
+    /// With the survivor's message already waiting, so that every death meets the same.
+    virtual void getReady() {
+        pollfd mail{GetQueueDescriptor(), POLLIN, 0};
+        DispatchWaitingMessages();
+        mark(Mark::READY);
+        poll(&mail, 1, -1);
+    }
     virtual LRESULT ask(HWND victim) { return SendMessageA(victim, PROBE, 7, 9); }
     virtual LRESULT answer() { return ANSWER; }
     LRESULT onMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) override {
@@ -77,12 +80,6 @@ protected:
 class AnsweringInLoop : public Answering {
 public:
     std::string name() const override { return "answeringInTheLoop"; }
-    void prepare() override {
-        LayerScenario::prepare();
-        board->notes[RESULT] = PENDING;
-        makeVictimWindow();
-        mark(Mark::READY);
-    }
     void operate() override {
         MSG message{};
         while (GetMessageA(&message, 0, 0, 0) > 0) {
@@ -91,6 +88,7 @@ public:
     }
 
 protected:
+    void getReady() override { mark(Mark::READY); }
     LRESULT answer() override {
         PostQuitMessage(0);
         return ANSWER;
