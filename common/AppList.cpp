@@ -61,25 +61,28 @@ void AppList::clear() {
 }
 
 int AppList::find(const void* value, Cursor* cursor) const {
-    for (AppNode* node = head; node; node = node->next) {
-        if (node->value == value) {
-            *cursor = node;
-            return 1;
-        }
-    }
-    return 0;
+    return findFirst([&](const void* each) { return each == value; }, cursor);
 }
 
 int AppList::findBytes(const void* bytes, std::size_t offset, std::size_t length,
                        Cursor* cursor) const {
-    for (AppNode* node = head; node; node = node->next) {
-        if (node->value &&
-            std::memcmp(static_cast<const char*>(node->value) + offset, bytes, length) == 0) {
-            *cursor = node;
-            return 1;
-        }
+    return findFirst(
+        [&](const void* each) {
+            return each && std::memcmp(static_cast<const char*>(each) + offset, bytes, length) == 0;
+        },
+        cursor);
+}
+
+template <typename Matches>
+int AppList::findFirst(Matches matches, Cursor* cursor) const {
+    AppNode* node = head;
+    while (node && !matches(node->value)) {
+        node = node->next;
     }
-    return 0;
+    if (node && cursor) {
+        *cursor = node;
+    }
+    return node ? 1 : 0;
 }
 
 int AppList::indexOf(const void* value) const {
@@ -101,6 +104,9 @@ void AppList::moveToFront(const Cursor* cursor) {
 }
 
 void AppList::sort(Comparison comparison) {
+    if (count() < 2) {
+        return;
+    }
     std::vector<void*> values;
     values.reserve(static_cast<std::size_t>(count()));
     forEach([&](void* value) { values.push_back(value); });

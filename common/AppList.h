@@ -82,6 +82,8 @@ public:
     }
 
 private:
+    template <typename Matches>
+    int findFirst(Matches matches, Cursor* cursor) const;
     AppNode* insertBehind(AppNode* node, void* value);
     void link(AppNode* node, AppNode* behind);
     void unlink(AppNode* node);

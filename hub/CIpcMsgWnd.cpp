@@ -24,7 +24,9 @@ bool CIpcMsgWnd::serve(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* resu
     if (!ipcReceive(message, wParam, lParam, &record, &opcode)) {
         return false;
     }
+    ++m_nServing;
     *result = m_pIpc->onRequest(opcode, record);
+    --m_nServing;
     ipcRelease(record);
     return true;
 }

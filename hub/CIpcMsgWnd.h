@@ -13,6 +13,9 @@ public:
     /// Has `link` serve the requests from now on; not owned. Null for none.
     void SetIpc(ipc* link) { m_pIpc = link; }
 
+    /// Whether a request is being served further down the stack.
+    bool IsServing() const { return m_nServing > 0; }
+
 protected:
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
 
@@ -20,6 +23,7 @@ private:
     bool serve(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result);
 
     ipc* m_pIpc = nullptr;
+    int m_nServing = 0;
 };
 
 }  // namespace juntora

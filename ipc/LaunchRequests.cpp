@@ -6,23 +6,23 @@
 namespace juntora {
 namespace {
 
-constexpr int LAUNCH_CAPACITY = 1040;
+constexpr int DIRECTORY_CAPACITY = IPC_TEXT_LIMIT;
 constexpr int FAILED = 1;
 
 enum LaunchStatus { FOUND = 0, NOT_LAUNCHED = 1, NOT_FOUND = 2 };
 
 int launch(int opcode, const char* program, const char* arguments, int show, int withoutDirectory) {
-    char directory[LAUNCH_CAPACITY];
+    char directory[DIRECTORY_CAPACITY];
     if (CurrentDirectory(directory, sizeof directory) == nullptr) {
         return withoutDirectory;
     }
-    TextBuilder<LAUNCH_CAPACITY> text;
+    TextBuilder<IPC_TEXT_LIMIT> text;  // The hub reads no text from a file.
     text.addDecimal(show).add(" \"").add(directory).add("\" ").add(program).add(" ");
     text.add(arguments != nullptr ? arguments : "");
     if (text.get() == nullptr) {
         return FAILED;
     }
-    char unread[LAUNCH_CAPACITY];
+    char unread[IPC_TEXT_LIMIT];
     int capacity = sizeof unread;
     return ipcSend(opcode, text.get(), 0, unread, &capacity);
 }

@@ -6,7 +6,7 @@
 namespace juntora {
 
 /// Takes the first record that has been posted to this thread out of its queue, as ipcReceive gives
-/// it. False when none waits.
+/// it; messages before it that bring no record go too. False when none waits.
 bool takePostedRecord(IpcMessage** record, int* opcode);
 
 }  // namespace juntora

@@ -78,14 +78,16 @@ void ipcRelease(IpcMessage* record) {
 
 bool takePostedRecord(IpcMessage** record, int* opcode) {
     MSG message;
-    if (ipcMessageId == 0 || !PeekMessageA(&message, 0, ipcMessageId, ipcMessageId, PM_REMOVE)) {
-        return false;
+    while (ipcMessageId != 0 && PeekMessageA(&message, 0, ipcMessageId, ipcMessageId, PM_REMOVE)) {
+        if (message.message == WM_QUIT) {
+            PostQuitMessage(static_cast<int>(message.wParam));
+            return false;
+        }
+        if (ipcReceive(message.message, message.wParam, message.lParam, record, opcode)) {
+            return true;
+        }
     }
-    if (message.message == WM_QUIT) {
-        PostQuitMessage(static_cast<int>(message.wParam));
-        return false;
-    }
-    return ipcReceive(message.message, message.wParam, message.lParam, record, opcode) != 0;
+    return false;
 }
 
 int ipcPeekExpected(HWND sender, int opcode, const char* prefix) {

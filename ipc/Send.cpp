@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "ipc/BlockUse.h"
 #include "ipc/Spill.h"
 #include "ipc/ipc.h"
 #include "platform/desktop/message.h"
@@ -52,6 +53,7 @@ int ipcSend(int opcode, const char* text, HWND target, char* reply, int* capacit
     if (!outgoing.isSendable()) {
         return 0;
     }
+    const BlockUse use;
     int result = 0;
     if (IpcMessage* record = newRecord(outgoing, target, *capacity)) {
         result = deliver(target != 0 ? target : ipcHubWindow, opcode, record);
@@ -70,6 +72,7 @@ int ipcPost(int opcode, const char* text, HWND target) {
     if (!outgoing.isSendable()) {
         return 0;
     }
+    const BlockUse use;
     int result = 0;
     if (IpcMessage* record = newRecord(outgoing, target, NO_ANSWER)) {
         result = deliver(ipcHubWindow, opcode, record);

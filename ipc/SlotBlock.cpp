@@ -1,6 +1,7 @@
 // The block of slots: opening it, and taking and giving back slots.
 #include <atomic>
 
+#include "ipc/BlockUse.h"
 #include "ipc/ipc.h"
 #include "platform/desktop/message.h"
 #include "platform/kernel/process.h"
@@ -29,6 +30,8 @@ bool s_isMaker = false;
 IpcSlotBlock* s_block = nullptr;
 /// An allocation has failed, and no slot has been seen free since.
 bool s_isJammed = false;
+int s_uses = 0;
+bool s_isToBeClosed = false;
 
 std::atomic_ref<std::uint8_t> flagOf(std::size_t slot) {
     return std::atomic_ref<std::uint8_t>(s_block->isFree[slot]);
@@ -108,7 +111,7 @@ int mapBlock() {
     if (s_mapping == nullptr) {
         return 0;
     }
-    s_block = static_cast<IpcSlotBlock*>(MapViewOfFile(s_mapping));
+    s_block = static_cast<IpcSlotBlock*>(MapViewOfFile(s_mapping, sizeof(IpcSlotBlock)));
     if (s_block == nullptr) {
         return 0;
     }
@@ -118,9 +121,32 @@ int mapBlock() {
     return 1;
 }
 
+void closeBlock() {
+    if (s_block != nullptr) {
+        UnmapViewOfFile(s_block);
+        s_block = nullptr;
+    }
+    for (HANDLE* handle : {&s_mapping, &s_mutex}) {
+        if (*handle != nullptr) {
+            CloseHandle(*handle);
+            *handle = nullptr;
+        }
+    }
+}
+
 }  // namespace
 
+BlockUse::BlockUse() { ++s_uses; }
+
+BlockUse::~BlockUse() {
+    if (--s_uses == 0 && s_isToBeClosed) {
+        s_isToBeClosed = false;
+        closeBlock();
+    }
+}
+
 int ipcMemOpen() {
+    s_isToBeClosed = false;
     if (s_block != nullptr) {
         return 1;
     }
@@ -143,15 +169,10 @@ int ipcMemOpen() {
 }
 
 void ipcMemClose() {
-    if (s_block != nullptr) {
-        UnmapViewOfFile(s_block);
-        s_block = nullptr;
-    }
-    for (HANDLE* handle : {&s_mapping, &s_mutex}) {
-        if (*handle != nullptr) {
-            CloseHandle(*handle);
-            *handle = nullptr;
-        }
+    if (s_uses > 0) {
+        s_isToBeClosed = true;
+    } else {
+        closeBlock();
     }
 }
 

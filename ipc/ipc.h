@@ -54,6 +54,7 @@ extern bool ipcNoMutex;    ///< The platform has no mutexes.
 
 /// Opens mutex, mapping and view; non-zero when the block is mapped.
 int ipcMemOpen();
+/// While a record is on its way the block stays until that has its answer.
 void ipcMemClose();
 /// The lowest free slot, or null when none came free in 100 passes or the mutex was not had within
 /// 5,000 ms. `bytes` is at most 1,024 and not otherwise looked at.
@@ -106,9 +107,8 @@ int ipcFindHub();
 int ipcPeekExpected(HWND sender, int opcode, const char* prefix);
 
 // --- Requests ------------------------------------------------------------------------------------
-// Texts of up to 999 bytes in all, 1,039 for a launch, without limit for ipcCommand. A longer one
-// is not sent and gives 0, or, where 0 means success, 1 (the launches) or -1 (ipcSetEnv,
-// ipcFileOpen and ipcFileQuery).
+// Texts of up to 999 bytes in all, without limit for ipcCommand. A longer one is not sent and gives
+// 0, or, where 0 means success, 1 (the launches) or -1 (ipcSetEnv, ipcFileOpen and ipcFileQuery).
 
 int ipcLaunch(const char* program, const char* arguments, int reserved, int show);
 int ipcLaunchWait(const char* program, const char* arguments, int reserved, int show);

@@ -130,8 +130,10 @@ void CJuntoraDlg::OnAppActivity() {
 }
 
 void CJuntoraDlg::OnClose() {
-    // While tools are being closed a request is on the stack that goes on with these objects.
-    if (m_nClosingApps > 0 || (m_pMonitor && m_pMonitor->HasApps())) {
+    // While tools are being closed, or a request is being served (which may show a box), there is a
+    // call on the stack that goes on with these objects. The next tick of the timer asks again.
+    const bool isBusy = m_nClosingApps > 0 || (m_pIpcWnd && m_pIpcWnd->IsServing());
+    if (isBusy || (m_pMonitor && m_pMonitor->HasApps())) {
         return;
     }
     if (m_pMonitor) {

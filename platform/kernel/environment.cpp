@@ -39,11 +39,15 @@ int PutEnvironment(const char* assignment) {
         return -1;
     }
     const std::string name(assignment, static_cast<std::size_t>(equals - assignment));
+    if (equals[1] == '\0') {
+        for (std::string spelling; !(spelling = spellingOf(name)).empty();) {
+            unsetenv(spelling.c_str());
+        }
+        return 0;
+    }
     const std::string before = spellingOf(name);
-    const std::string& spelling = before.empty() ? name : before;
-    const int outcome =
-        equals[1] == '\0' ? unsetenv(spelling.c_str()) : setenv(spelling.c_str(), equals + 1, 1);
-    return outcome == 0 ? 0 : -1;
+    const bool isThere = std::getenv(name.c_str()) != nullptr || before.empty();
+    return setenv(isThere ? name.c_str() : before.c_str(), equals + 1, 1) == 0 ? 0 : -1;
 }
 
 }  // namespace juntora

@@ -128,20 +128,24 @@ HANDLE CreateFileMappingA(std::size_t bytes, const char* name) {
                                  kernel::HandleKind::MAPPING, &isNew);
 }
 
-void* MapViewOfFile(HANDLE mapping) {
+void* MapViewOfFile(HANDLE mapping, std::size_t bytes) {
     const kernel::Handle* entry = kernel::handleOf(mapping, kernel::HandleKind::MAPPING);
     struct stat state {};
-    if (entry == nullptr || fstat(entry->descriptor, &state) != 0 || state.st_size == 0) {
+    if (entry == nullptr || fstat(entry->descriptor, &state) != 0) {
         SetLastError(ERROR_INVALID_HANDLE);
         return nullptr;
     }
-    void* view = mmap(nullptr, static_cast<std::size_t>(state.st_size), PROT_READ | PROT_WRITE,
-                      MAP_SHARED, entry->descriptor, 0);
+    // Behind the end of its file a view can't be touched.
+    if (bytes == 0 || static_cast<std::size_t>(state.st_size) < bytes) {
+        SetLastError(ERROR_ACCESS_DENIED);
+        return nullptr;
+    }
+    void* view = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_SHARED, entry->descriptor, 0);
     if (view == MAP_FAILED) {
         SetLastError(ERROR_NOT_ENOUGH_MEMORY);
         return nullptr;
     }
-    kernel::rememberView(view, static_cast<std::size_t>(state.st_size));
+    kernel::rememberView(view, bytes);
     return view;
 }
 

@@ -35,8 +35,9 @@ DWORD WaitForSingleObject(HANDLE object, DWORD milliseconds);
 /// Makes or opens a mapping of `bytes` bytes, backed by no named file of the caller's. A new one is
 /// all zeros. GetLastError as for CreateMutexA.
 HANDLE CreateFileMappingA(std::size_t bytes, const char* name);
-/// Maps all of it, readable and writable; null on failure.
-void* MapViewOfFile(HANDLE mapping);
+/// Maps its first `bytes` bytes, readable and writable. Null on failure; ERROR_ACCESS_DENIED for a
+/// mapping that somebody has made with fewer.
+void* MapViewOfFile(HANDLE mapping, std::size_t bytes);
 BOOL UnmapViewOfFile(const void* view);
 
 /// Gives up a handle of any kind. A mutex that the calling thread still owns through it is

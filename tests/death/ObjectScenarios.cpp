@@ -127,7 +127,7 @@ public:
         LayerScenario::settle();
         if (m_shared) {
             m_mapping = CreateFileMappingA(BYTES, SHARED);
-            m_view = static_cast<char*>(MapViewOfFile(m_mapping));
+            m_view = static_cast<char*>(MapViewOfFile(m_mapping, BYTES));
             std::memset(m_view, 's', BYTES);
         }
     }
@@ -143,7 +143,7 @@ protected:
         }
         findings.expect(error == (m_shared ? ERROR_ALREADY_EXISTS : ERROR_SUCCESS),
                         "the opening of the mapping told " + std::to_string(error));
-        auto* view = static_cast<char*>(MapViewOfFile(mapping));
+        auto* view = static_cast<char*>(MapViewOfFile(mapping, BYTES));
         if (findings.expect(view != nullptr, "the mapping cannot be mapped")) {
             checkContents(findings, view);
             findings.expect(UnmapViewOfFile(view) != 0, "the view cannot be given up");
@@ -155,7 +155,7 @@ private:
     HANDLE open() { return CreateFileMappingA(BYTES, m_shared ? SHARED : OWN); }
     void useMapping() {
         HANDLE mapping = open();
-        auto* view = static_cast<char*>(MapViewOfFile(mapping));
+        auto* view = static_cast<char*>(MapViewOfFile(mapping, BYTES));
         if (view != nullptr) {
             view[0] = 'v';
             view[BYTES - 1] = 'v';

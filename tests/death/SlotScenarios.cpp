@@ -14,7 +14,7 @@ namespace juntora::test {
 TakenSlots countAndReclaimSlots(Findings& findings) {
     TakenSlots taken;
     HANDLE mapping = CreateFileMappingA(sizeof(IpcSlotBlock), IPC_BLOCK_NAME);
-    auto* block = static_cast<IpcSlotBlock*>(MapViewOfFile(mapping));
+    auto* block = static_cast<IpcSlotBlock*>(MapViewOfFile(mapping, sizeof(IpcSlotBlock)));
     if (!findings.expect(block != nullptr, "the block cannot be opened")) {
         return taken;
     }

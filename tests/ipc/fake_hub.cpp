@@ -3,6 +3,7 @@
 //
 //   result OPCODE NUMBER          what a record of that opcode gets
 //   reply OPCODE LENGTH TEXT      is written into its slot; LENGTH "keep" leaves replyLength alone
+//   close OPCODE                  a record of that opcode has its sender told to close first
 //   hide | show                   takes the hub's title away, so that no tool finds it, or gives it
 //
 // Each of these is answered by the line "ok". Records with a target are carried on as the hub does.
@@ -25,6 +26,7 @@ namespace {
 constexpr int KEEP = -2;
 
 struct Answer {
+    bool closesSender = false;
     int result = 0;
     int replyLength = KEEP;
     std::string text;
@@ -65,6 +67,9 @@ int answer(int opcode, IpcMessage& record) {
         return 1;
     }
     const Answer& wanted = s_answers[opcode];
+    if (wanted.closesSender) {
+        SendMessageA(record.sender, WM_CLOSE, 0, 0);
+    }
     if (!wanted.text.empty()) {
         std::memcpy(record.text, wanted.text.c_str(), wanted.text.size() + 1);
     }
@@ -107,6 +112,9 @@ void obey(const std::string& line) {
     words >> word;
     if (word == "hide" || word == "show") {
         SetWindowTextA(s_window, word == "show" ? HUB_WINDOW_TITLE : "hidden");
+    } else if (word == "close") {
+        words >> opcode;
+        s_answers[opcode].closesSender = true;
     } else if (word == "result") {
         int result = 0;
         words >> opcode >> result;

@@ -142,6 +142,28 @@ TEST_F(SendTest, AHubThatDiesInTheMiddleCostsNothing) {
     EXPECT_EQ(freeSlots(), 64);
 }
 
+TEST_F(SendTest, AToolThatEndsWhileItWaitsHasItsAnswer) {
+    attach();
+    SetWindowProc(m_window, [](HWND, UINT message, WPARAM, LPARAM) -> LRESULT {
+        if (message == WM_CLOSE) {
+            ipcDetach();
+        }
+        return 0;
+    });
+    ipcSelfId = m_window;
+    tellHub("close 40");
+    tellHub("result 40 7");
+    tellHub("reply 40 6 hello");
+    char reply[60] = "";
+    int capacity = sizeof reply;
+    EXPECT_EQ(ipcSend(40, "x", 0, reply, &capacity), 7);
+    EXPECT_STREQ(reply, "hello");
+    EXPECT_EQ(ipcSend(41, "x", 0, reply, &capacity), 0) << "it has left";
+    EXPECT_EQ(ipcMemAlloc(1), nullptr) << "the block has been closed";
+    attach();
+    EXPECT_EQ(freeSlots(), 64);
+}
+
 TEST_F(SendTest, ARecordForAPeerGoesPastTheHub) {
     attach();
     static std::string arrived;

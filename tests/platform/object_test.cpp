@@ -71,7 +71,7 @@ TEST_F(ObjectTest, AMappingIsSharedAndZeroForItsNextMaker) {
     EXPECT_EQ(0, peer.ask("poke block 4711"));
     HANDLE mapping = CreateFileMappingA(65'600, "block");
     EXPECT_EQ(ERROR_ALREADY_EXISTS, GetLastError());
-    auto* view = static_cast<int*>(MapViewOfFile(mapping));
+    auto* view = static_cast<int*>(MapViewOfFile(mapping, 65'600));
     ASSERT_NE(nullptr, view);
     EXPECT_EQ(4711, *view);
     *view = 12;
@@ -84,9 +84,11 @@ TEST_F(ObjectTest, AMappingIsSharedAndZeroForItsNextMaker) {
     peer.process.wait();
     mapping = CreateFileMappingA(65'600, "block");
     EXPECT_EQ(ERROR_SUCCESS, GetLastError());
-    view = static_cast<int*>(MapViewOfFile(mapping));
+    view = static_cast<int*>(MapViewOfFile(mapping, 65'600));
     ASSERT_NE(nullptr, view);
     EXPECT_EQ(0, *view);
+    EXPECT_EQ(nullptr, MapViewOfFile(mapping, 65'601)) << "its last byte could not be touched";
+    EXPECT_EQ(ERROR_ACCESS_DENIED, GetLastError());
     UnmapViewOfFile(view);
     CloseHandle(mapping);
 }
@@ -97,7 +99,7 @@ TEST_F(ObjectTest, UnfitNamesAndHandlesAreRefused) {
     EXPECT_EQ(nullptr, CreateMutexA(false, std::string(512, 'n').c_str()));
     EXPECT_EQ(WAIT_FAILED, WaitForSingleObject(nullptr, 0));
     EXPECT_EQ(WAIT_FAILED, WaitForSingleObject(reinterpret_cast<HANDLE>(0xFFFFFFFC), 0));
-    EXPECT_EQ(nullptr, MapViewOfFile(nullptr));
+    EXPECT_EQ(nullptr, MapViewOfFile(nullptr, 1));
 }
 
 }  // namespace

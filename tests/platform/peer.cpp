@@ -74,7 +74,8 @@ long open(const std::string& kind, const std::string& name, std::istringstream& 
     }
     const DWORD error = held.handle == nullptr ? 9999 : GetLastError();
     if (kind == "mapping" && held.handle != nullptr) {
-        held.view = static_cast<volatile int*>(MapViewOfFile(held.handle));
+        held.view =
+            static_cast<volatile int*>(MapViewOfFile(held.handle, static_cast<std::size_t>(first)));
     }
     g_held[name] = held;
     return error;

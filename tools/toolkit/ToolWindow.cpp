@@ -15,7 +15,12 @@ public:
         : ipc(baseName, owner->m_window, 0, nullptr, 0, showErrors ? 1 : 0), m_owner(owner) {}
 
     int onRequest(int opcode, IpcMessage* record) override {
-        return m_owner->onRecord(opcode, *record);
+        const int result = m_owner->onRecord(opcode, *record);
+        if (record->replyLength > 0) {
+            record->replyLength =
+                0;  // There is no answer, and the text is not to be taken for one.
+        }
+        return result;
     }
 
 private:
