@@ -3,22 +3,22 @@
 #include <algorithm>
 #include <cstring>
 
+#include "platform/desktop/Hash.h"
+
 namespace juntora::desktop {
 namespace {
 
-constexpr std::uint32_t FNV_START = 2166136261U;
-constexpr std::uint32_t FNV_STEP = 16777619U;
-
 char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
 
-std::uint32_t hashOf(std::string_view className, std::string_view title) {
-    std::uint32_t hash = FNV_START;
+/// Of both with a NUL in between, without regard to case.
+std::uint32_t hashOfWindow(std::string_view className, std::string_view title) {
+    std::uint32_t hash = HASH_START;
     for (const char c : className) {
-        hash = (hash ^ static_cast<unsigned char>(lower(c))) * FNV_STEP;
+        hash = hashOn(hash, lower(c));
     }
-    hash *= FNV_STEP;
+    hash = hashOn(hash, '\0');
     for (const char c : title) {
-        hash = (hash ^ static_cast<unsigned char>(lower(c))) * FNV_STEP;
+        hash = hashOn(hash, lower(c));
     }
     return hash;
 }
@@ -77,7 +77,7 @@ void describe(Segment& segment, std::uint32_t index, const WindowMaking& making)
     copyText(details.className, CLASS_NAME_BYTES, making.className);
     details.titleAt = 0;
     copyText(details.titles[0], TITLE_BYTES, making.title);
-    details.hash = hashOf(details.className, details.titles[0]);
+    details.hash = hashOfWindow(details.className, details.titles[0]);
 }
 
 }  // namespace
@@ -123,7 +123,7 @@ void setTitle(Segment& segment, std::uint32_t index, std::string_view title) {
     const std::uint32_t other = (details.titleAt.load() & 1) ^ 1;
     copyText(details.titles[other], TITLE_BYTES, title);
     details.titleAt = other;
-    details.hash = hashOf(details.className, details.titles[other]);
+    details.hash = hashOfWindow(details.className, details.titles[other]);
     link(segment, index);
     segment.windows[index].changes.fetch_add(1);
     noteWindowsChanged(segment);
@@ -131,7 +131,7 @@ void setTitle(Segment& segment, std::uint32_t index, std::string_view title) {
 
 std::uint32_t findByClassAndTitle(Segment& segment, std::string_view className,
                                   std::string_view title, std::int64_t order) {
-    const std::uint32_t hash = hashOf(className, title);
+    const std::uint32_t hash = hashOfWindow(className, title);
     std::uint32_t found = 0;
     for (std::uint32_t index = segment.windowBuckets[hash % INDEX_BUCKETS]; index != 0;
          index = segment.details[index].nextInBucket) {
@@ -153,7 +153,7 @@ void rebuildWindowIndex(Segment& segment) {
     for (std::uint32_t index = 1; index < segment.windowLimit.load(); ++index) {
         if (segment.windows[index].live.load() != 0) {
             WindowDetails& details = segment.details[index];
-            details.hash = hashOf(details.className, titleOf(segment, index));
+            details.hash = hashOfWindow(details.className, titleOf(segment, index));
             link(segment, index);
         }
     }

@@ -5,14 +5,15 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <functional>
 
+#include "platform/desktop/Hash.h"
 #include "platform/desktop/Lock.h"
 
 namespace juntora::kernel {
 namespace {
 
 using desktop::Attachment;
+using desktop::hashOf;
 using desktop::MAX_HOLDS;
 using desktop::MAX_OBJECTS;
 using desktop::NamedObject;
@@ -20,10 +21,6 @@ using desktop::NONE;
 using desktop::ObjectHold;
 using desktop::ObjectKind;
 using desktop::Segment;
-
-std::uint32_t hashOf(std::string_view name) {
-    return static_cast<std::uint32_t>(std::hash<std::string_view>{}(name));
-}
 
 std::uint32_t& bucketOf(Segment& segment, std::uint32_t hash) {
     return segment.objectBuckets[hash % desktop::INDEX_BUCKETS];
