@@ -59,6 +59,15 @@ struct alignas(64) ReplySlot {
     std::atomic<std::uint64_t> word;  ///< Turn << 33 | answered << 32 | result.
 };
 
+constexpr std::uint64_t waitingWord(std::uint32_t turn) { return std::uint64_t{turn} << 33; }
+constexpr std::uint64_t answeredWord(std::uint32_t turn, std::uint32_t result) {
+    return waitingWord(turn) | std::uint64_t{1} << 32 | result;
+}
+constexpr std::uint32_t turnOf(std::uint64_t word) {
+    return static_cast<std::uint32_t>(word >> 33);
+}
+constexpr LRESULT resultOf(std::uint64_t word) { return static_cast<std::int32_t>(word); }
+
 enum class TextWay : std::uint32_t { NO_TEXT, IN, OUT };
 
 struct SentMessage {

@@ -134,9 +134,8 @@ void Queue::answer(const SentMessage& sent) {
     IncomingText text(sent, sender);
     const LRESULT result = callWindow(sent.window, sent.message, sent.wParam, text.lParam());
     text.giveBack(result);
-    std::uint64_t waiting = static_cast<std::uint64_t>(sent.turn) << 33;
-    const std::uint64_t answered =
-        waiting | std::uint64_t{1} << 32 | static_cast<std::uint32_t>(result);
+    std::uint64_t waiting = waitingWord(sent.turn);
+    const std::uint64_t answered = answeredWord(sent.turn, static_cast<std::uint32_t>(result));
     // Refused where the sender has given up, or its slot is another's by now.
     if (sender.replies[sent.replySlot].word.compare_exchange_strong(waiting, answered)) {
         m_senderWasAwake = !ringIfAsleep(sent.sender);

@@ -23,7 +23,7 @@ public:
             ++queue.sendDepth;
             std::atomic<std::uint64_t>& word = reply();
             // Never the number of an earlier turn: an answer to that one must not fit this one.
-            m_number = static_cast<std::uint32_t>((word.load() >> 33) + 1) & 0x7FFFFFFF;
+            m_number = (turnOf(word.load()) + 1) & 0x7FFFFFFF;
             word.store(waiting(), std::memory_order_relaxed);
         }
     }
@@ -38,14 +38,14 @@ public:
     bool isOk() const { return m_depth < MAX_SEND_DEPTH; }
     std::uint32_t slot() const { return m_depth; }
     std::uint32_t number() const { return m_number; }
-    std::uint64_t waiting() const { return static_cast<std::uint64_t>(m_number) << 33; }
+    std::uint64_t waiting() const { return waitingWord(m_number); }
     std::atomic<std::uint64_t>& reply() { return m_queue.mailbox().replies[m_depth].word; }
     bool isAnswered() { return reply().load(std::memory_order_acquire) != waiting(); }
-    LRESULT result() { return static_cast<std::int32_t>(reply().load()); }
+    LRESULT result() { return resultOf(reply().load()); }
     /// Takes the slot back, unless the answer has come after all.
     bool giveUp() {
         std::uint64_t still = waiting();
-        return reply().compare_exchange_strong(still, still | std::uint64_t{1} << 32);
+        return reply().compare_exchange_strong(still, answeredWord(m_number, 0));
     }
 
 private:

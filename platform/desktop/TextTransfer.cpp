@@ -94,8 +94,7 @@ void IncomingText::giveBack(LRESULT result) {
         return;
     }
     // A sender that died meanwhile has no use for it, and the area may be another thread's soon.
-    const std::uint64_t waiting = static_cast<std::uint64_t>(m_sent.turn) << 33;
-    if (m_sender.replies[m_sent.replySlot].word.load() == waiting) {
+    if (m_sender.replies[m_sent.replySlot].word.load() == waitingWord(m_sent.turn)) {
         const std::size_t bytes =
             std::min<std::size_t>(static_cast<std::size_t>(result) + 1, m_text.size());
         std::memcpy(m_sender.texts + m_sent.textOffset, m_text.data(), bytes);
