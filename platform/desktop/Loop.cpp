@@ -80,6 +80,11 @@ BOOL PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         SetLastError(ERROR_INVALID_WINDOW_HANDLE);
         return 0;
     }
+    // It would end the loop past everything that a window does when it is closed.
+    if (message == WM_QUIT && to.thread != queue->thread()) {
+        SetLastError(ERROR_ACCESS_DENIED);
+        return 0;
+    }
     if (!queue->segment().mailboxes[to.thread].posted.push(posted)) {
         SetLastError(ERROR_TOO_MANY_POSTS);
         return 0;

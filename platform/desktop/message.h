@@ -37,8 +37,10 @@ BOOL SendMessageUnlessHung(HWND window, UINT message, WPARAM wParam, LPARAM lPar
 
 /// Puts a message into the queue of the window's thread and returns at once. 0 when the window does
 /// not exist, 16,384 messages wait there already (ERROR_TOO_MANY_POSTS), or the message carries a
-/// text, which nobody could keep for it, or is one of those four (ERROR_MESSAGE_SYNC_ONLY). Window
-/// 0: the calling thread's own queue. Messages of one sender to one thread keep their order.
+/// text, which nobody could keep for it, or is one of those four (ERROR_MESSAGE_SYNC_ONLY), or is
+/// WM_QUIT for another thread (ERROR_ACCESS_DENIED): who wants another program's end closes its
+/// windows. Window 0: the calling thread's own queue. Messages of one sender to one thread keep
+/// their order.
 BOOL PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
 /// Ends the thread's loops: GetMessageA returns 0 once nothing else waits.

@@ -223,6 +223,8 @@ TEST_F(HubTest, SurvivesWhateverIsSentToItsWindows) {
               WM_GETDLGCODE, WM_PAINT, WM_SETICON, WM_KEYDOWN, WM_CHAR, LB_GETTEXT}) {
             SendMessageA(window, message, 0x1234567, 0);
         }
+        SendMessageA(window, WM_QUIT, 0, 0);
+        EXPECT_FALSE(PostMessageA(window, WM_QUIT, 0, 0));
     }
     for (const UINT message : {LB_ADDSTRING, LB_GETTEXT, LB_GETTEXTLEN, LB_DELETESTRING,
                                LB_SETCURSEL, LB_INSERTSTRING, LB_FINDSTRINGEXACT, WM_CREATE}) {
