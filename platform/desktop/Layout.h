@@ -35,7 +35,6 @@ inline constexpr std::size_t SENT_RING_CELLS = 2048;
 inline constexpr std::size_t POSTED_RING_CELLS = 16384;
 /// Texts on their way with sent messages: one full-sized text and what is nested in it.
 inline constexpr std::uint32_t TEXT_AREA_BYTES = 128 * 1024;
-inline constexpr std::uint32_t MAX_TEXT_BYTES = 60'000;
 inline constexpr std::uint32_t NONE = 0xFFFFFFFF;
 
 /// A process on the desktop. It holds byte 1 + index of the folder's lock file while it lives.

@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "platform/desktop/Queue.h"
-#include "platform/messages.h"
+#include "platform/desktop/message.h"
 
 namespace juntora::desktop {
 namespace {
@@ -12,8 +12,8 @@ namespace {
 /// LB_GETTEXT names no capacity: its caller has asked for the length before.
 std::uint32_t capacityOf(const SentMessage& sent) {
     return sent.message == WM_GETTEXT
-               ? static_cast<std::uint32_t>(std::min<WPARAM>(sent.wParam, MAX_TEXT_BYTES))
-               : MAX_TEXT_BYTES;
+               ? static_cast<std::uint32_t>(std::min<WPARAM>(sent.wParam, MESSAGE_TEXT_BYTES))
+               : MESSAGE_TEXT_BYTES;
 }
 
 bool isInArea(const SentMessage& sent) {
@@ -50,7 +50,7 @@ OutgoingText::OutgoingText(Queue& queue, SentMessage* sent) : m_queue(queue), m_
     const auto* text = reinterpret_cast<const char*>(sent->lParam);
     const std::size_t bytes =
         sent->textWay == TextWay::IN ? std::strlen(text) + 1 : capacityOf(*sent);
-    m_ok = bytes <= MAX_TEXT_BYTES && bytes <= TEXT_AREA_BYTES - m_top;
+    m_ok = bytes <= MESSAGE_TEXT_BYTES && bytes <= TEXT_AREA_BYTES - m_top;
     if (!m_ok) {
         return;
     }

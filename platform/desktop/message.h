@@ -9,6 +9,9 @@
 
 namespace juntora {
 
+/// What a text that travels with a message between threads may have, NUL included.
+inline constexpr DWORD MESSAGE_TEXT_BYTES = 60'000;
+
 /// The number of a message by name, the same in every process of the desktop, from 0xC000 on.
 /// Names are 1 to 255 bytes and compare without regard to case. 0 when the desktop cannot be had or
 /// holds 4,096 names already.
@@ -21,8 +24,8 @@ UINT RegisterWindowMessageA(const char* name);
 /// of this thread are nested already.
 ///
 /// Texts travel with WM_SETTEXT, WM_GETTEXT, LB_ADDSTRING, LB_INSERTSTRING, LB_GETTEXT and
-/// LB_FINDSTRINGEXACT, up to 60,000 bytes each; the buffer of an LB_GETTEXT to another process must
-/// hold the line, as LB_GETTEXTLEN tells it (a line that has grown meanwhile is cut at 60,000). No
+/// LB_FINDSTRINGEXACT, up to MESSAGE_TEXT_BYTES each; the buffer of an LB_GETTEXT to another
+/// process must hold the line, as LB_GETTEXTLEN tells it (one of MESSAGE_TEXT_BYTES holds any). No
 /// other pointer is of use in another process. WM_CREATE, WM_INITDIALOG, WM_DESTROY and
 /// WM_NCDESTROY go to windows of the calling thread only.
 LRESULT SendMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);

@@ -5,7 +5,7 @@
 #include <new>
 #include <optional>
 
-#include "platform/desktop/Layout.h"
+#include "platform/desktop/message.h"
 #include "platform/desktop/window.h"
 #include "platform/dialog/Controls.h"
 #include "platform/dialog/ListItems.h"
@@ -51,7 +51,7 @@ LRESULT noteAdded(ListBox& list, std::size_t index) {
 /// A line is never longer than what a reader in another process has room for.
 std::string_view lineOf(LPARAM text) {
     const auto* line = reinterpret_cast<const char*>(text);
-    return {line, strnlen(line, desktop::MAX_TEXT_BYTES - 1)};
+    return {line, strnlen(line, MESSAGE_TEXT_BYTES - 1)};
 }
 
 LRESULT add(ListBox& list, WPARAM, LPARAM text) {

@@ -15,8 +15,6 @@ namespace {
 constexpr char DIALOG_TITLE[] = "Application Activity";
 constexpr int LIST_ID = 1001;
 constexpr int READINGS = 5;
-/// The longest text that travels between processes, and its NUL.
-constexpr std::size_t LINE_BYTES = 60'001;
 constexpr std::string_view BEFORE_MARK = ")        ";
 
 bool isActivityDialog(HWND window) {
@@ -80,7 +78,7 @@ std::string_view withoutQuotes(std::string_view file) {
 
 std::vector<ActivityLine> readOnce(HWND list) {
     std::vector<ActivityLine> lines;
-    std::vector<char> text(LINE_BYTES);
+    std::vector<char> text(MESSAGE_TEXT_BYTES);
     const LRESULT count = SendMessageA(list, LB_GETCOUNT, 0, 0);
     for (LRESULT i = 0; i < count; ++i) {
         const LRESULT length = SendMessageA(list, LB_GETTEXT, static_cast<WPARAM>(i),
