@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "framework/CWinApp.h"
+#include "platform/desktop/CallOut.h"
 #include "platform/dialog/dialog.h"
 
 namespace juntora {
@@ -20,12 +21,17 @@ public:
         if (message != WM_INITDIALOG || !t_inMaking) {
             return 0;
         }
+        CDialog* object = std::exchange(t_inMaking, nullptr);
+        BOOL result = 0;
         try {
-            CDialog* object = std::exchange(t_inMaking, nullptr);
-            return object->SubclassWindow(window) ? object->OnInitDialog() : 0;
+            result = object->SubclassWindow(window) ? object->OnInitDialog() : 0;
         } catch (...) {
-            return 0;  // The dialog stands as far as it came.
+            // Half made it would stand there and answer nothing. Without its window Create and
+            // DoModal fail.
+            desktop::reportException("the making of dialog", object->m_templateId);
+            DestroyWindow(window);
         }
+        return result;
     }
 };
 

@@ -12,11 +12,12 @@ public:
     explicit CDialog(int templateId, CWnd* parent = nullptr)
         : m_templateId(templateId), m_pParentWnd(parent) {}
 
-    /// Makes the dialog and returns; the program's message loop serves it. 0 on failure.
+    /// Makes the dialog and returns; the program's message loop serves it. 0 on failure, also when
+    /// OnInitDialog throws; standard error then tells what.
     BOOL Create(int templateId, CWnd* parent);
 
     /// Makes the dialog and runs a message loop until EndDialog. Returns EndDialog's result, -1
-    /// when the dialog cannot be made.
+    /// when the dialog cannot be made (as above).
     int DoModal();
 
     /// Ends the loop of DoModal once the present message has been handled. A dialog without a loop

@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <cctype>
-#include <cstdio>
 #include <cstring>
-#include <exception>
 #include <map>
 #include <mutex>
 #include <string>
 
+#include "platform/desktop/CallOut.h"
 #include "platform/desktop/Queue.h"
 #include "platform/desktop/WindowIndex.h"
 #include "platform/desktop/window.h"
@@ -63,14 +62,10 @@ LRESULT callWindow(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (local == nullptr) {
         return 0;
     }
-    try {
-        return local->procedure(window, message, wParam, lParam);
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "juntora: message %u was not handled: %s.\n", message, error.what());
-    } catch (...) {
-        std::fprintf(stderr, "juntora: message %u was not handled.\n", message);
-    }
-    return 0;
+    LRESULT result = 0;
+    callOut("message", message,
+            [&] { result = local->procedure(window, message, wParam, lParam); });
+    return result;
 }
 
 }  // namespace desktop

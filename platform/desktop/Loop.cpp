@@ -4,6 +4,7 @@
 #include <cerrno>
 
 #include "platform/desktop/Address.h"
+#include "platform/desktop/CallOut.h"
 #include "platform/desktop/TextTransfer.h"
 #include "platform/desktop/message.h"
 #include "platform/kernel/sync.h"
@@ -146,7 +147,9 @@ LRESULT DispatchMessageA(const MSG* message) {
         // Anybody can post the number of a timer; only this thread's own has a callback.
         const auto callback = reinterpret_cast<TIMERPROC>(message->lParam);
         if (queue->timers().hasCallback(message->hwnd, message->wParam, callback)) {
-            callback(message->hwnd, WM_TIMER, message->wParam, message->time);
+            desktop::callOut("timer", message->wParam, [&] {
+                callback(message->hwnd, WM_TIMER, message->wParam, message->time);
+            });
         }
         return 0;
     }

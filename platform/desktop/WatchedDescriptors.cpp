@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <system_error>
 
+#include "platform/desktop/CallOut.h"
 #include "platform/desktop/Doorbell.h"
 #include "platform/desktop/Futex.h"
 
@@ -88,7 +89,8 @@ void WatchedDescriptors::callReady() {
     for (int i = 0; i < count; ++i) {
         if (const auto found = m_watchers.find(events[i].data.fd); found != m_watchers.end()) {
             const Watcher watcher = found->second;
-            watcher.ready(watcher.context);
+            callOut("descriptor", static_cast<std::uint64_t>(events[i].data.fd),
+                    [&] { watcher.ready(watcher.context); });
         }
     }
     if (m_alarm >= 0) {

@@ -19,8 +19,8 @@ public:
     WatchedDescriptors(const WatchedDescriptors&) = delete;
     WatchedDescriptors& operator=(const WatchedDescriptors&) = delete;
 
-    /// `ready(context)` is called by callReady whenever the descriptor has become readable; it must
-    /// not throw. False when the system has no descriptors left.
+    /// `ready(context)` is called by callReady whenever the descriptor has become readable. False
+    /// when the system has no descriptors left.
     bool watch(int descriptor, void (*ready)(void*), void* context);
     void unwatch(int descriptor);
 

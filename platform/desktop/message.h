@@ -1,7 +1,8 @@
 // Messages between threads and processes of a desktop, the message loop and its timers.
 //
 // Each thread that makes a window, sends or looks for messages has a queue. The calls on a queue
-// concern that of the calling thread.
+// concern that of the calling thread. What window procedures, timers and descriptors' callbacks
+// throw is told on standard error and goes no further; a message then has the result 0.
 #pragma once
 
 #include "platform/messages.h"

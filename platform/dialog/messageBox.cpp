@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "platform/dialog/dialog.h"
-#include "platform/dialog/errorOutput.h"
+#include "platform/kernel/errorOutput.h"
 
 namespace juntora {
 namespace {
@@ -67,9 +67,9 @@ int MessageBoxA(HWND, const char* text, const char* caption, UINT flags) {
         const std::string block = "[" + printable(caption ? caption : "Error", "") + "]\n    " +
                                   printable(text ? text : "", "    ") + "\n    (answered \"" +
                                   answer.name + "\": no screen shows this desktop)\n";
-        dialog::WriteToErrors(block);
+        kernel::WriteToErrors(block);
     } catch (...) {
-        dialog::WriteToErrors("A message could not be shown: out of memory.\n");
+        kernel::WriteToErrors("A message could not be shown: out of memory.\n");
     }
     return answer.id;
 }

@@ -9,7 +9,6 @@ set(PLATFORM_DIALOG_SOURCES
     dialog/ModalLoop.cpp
     dialog/Static.cpp
     dialog/dialogKeys.cpp
-    dialog/errorOutput.cpp
     dialog/messageBox.cpp
     dialog/resources.cpp
     dialog/systemMenu.cpp)

@@ -1,6 +1,7 @@
 // Dialogs as objects: their data, their commands, their ends.
 #include "platform/dialog/dialog.h"
 
+#include <stdexcept>
 #include <string>
 
 #include "framework/CDialog.h"
@@ -149,6 +150,25 @@ TEST_F(FrameworkDialogTest, IsNotMadeWithoutATemplate) {
     EXPECT_EQ(dialog.DoModal(), -1);
     EXPECT_FALSE(dialog.Create(31, nullptr));
     EXPECT_EQ(dialog.m_inits, 0);
+}
+
+TEST_F(FrameworkDialogTest, IsNotLeftHalfMade) {
+    class Failing : public TestDlg {
+        BOOL OnInitDialog() override {
+            TestDlg::OnInitDialog();
+            throw std::runtime_error("no more");
+        }
+    };
+    Failing dialog;
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(dialog.DoModal(), -1);
+    EXPECT_FALSE(dialog.Create(30, nullptr));
+    const std::string told = testing::internal::GetCapturedStderr();
+    EXPECT_NE(told.find("dialog 30 failed: no more"), std::string::npos) << told;
+    EXPECT_EQ(dialog.m_inits, 2);
+    EXPECT_EQ(dialog.m_hWnd, 0U);
+    EXPECT_EQ(dialog.m_listBox.m_hWnd, 0U);
+    EXPECT_EQ(FindWindowA(nullptr, "Framework dialog"), 0U);
 }
 
 TEST_F(FrameworkDialogTest, DisablesTheMainWindowUnlessItHasAnotherParent) {

@@ -2,11 +2,13 @@
 #include "platform/desktop/message.h"
 
 #include <poll.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstring>
+#include <stdexcept>
 #include <thread>
 #include <vector>
 
@@ -181,6 +183,35 @@ TEST_F(MessageTest, TimersTickUntilTheirWindowGoes) {
     EXPECT_GE(millisecondsSince(start), 55.0);
     DestroyWindow(window);
     EXPECT_FALSE(KillTimer(window, 5));
+}
+
+TEST_F(MessageTest, WhatACallbackThrowsDoesNotPassThroughTheLoop) {
+    HWND window = makeWindow("own");
+    const auto failingTick = [](HWND owner, UINT, std::uintptr_t id, DWORD) {
+        KillTimer(owner, id);
+        throw std::runtime_error("no tick");
+    };
+    SetTimer(window, 5, 10, failingTick);
+    int ends[2];
+    ASSERT_EQ(0, pipe(ends));
+    const auto failingReader = [](void* context) {
+        PostMessageA(*static_cast<HWND*>(context), WM_USER, 0, 0);
+        throw std::runtime_error("no byte");
+    };
+    testing::internal::CaptureStderr();
+    MSG message{};
+    ASSERT_EQ(1, GetMessageA(&message, 0, 0, 0));
+    EXPECT_EQ(0, DispatchMessageA(&message));
+    ASSERT_TRUE(WatchDescriptor(ends[0], failingReader, &window));
+    EXPECT_EQ(1, write(ends[1], "x", 1));
+    ASSERT_EQ(1, GetMessageA(&message, 0, 0, 0));
+    EXPECT_EQ(WM_USER, message.message);
+    const std::string told = testing::internal::GetCapturedStderr();
+    EXPECT_NE(told.find("timer 5 failed: no tick"), std::string::npos) << told;
+    EXPECT_NE(told.find("failed: no byte"), std::string::npos) << told;
+    UnwatchDescriptor(ends[0]);
+    close(ends[0]);
+    close(ends[1]);
 }
 
 TEST_F(MessageTest, AForeignLoopIsToldOfMailAndTimers) {

@@ -1,4 +1,4 @@
-#include "platform/dialog/errorOutput.h"
+#include "platform/kernel/errorOutput.h"
 
 #include <limits.h>
 #include <poll.h>
@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-namespace juntora::dialog {
+namespace juntora::kernel {
 namespace {
 
 /// Keeps the signal of a broken pipe from this thread for as long as it lives.
@@ -54,4 +54,4 @@ void WriteToErrors(std::string_view text) {
     }
 }
 
-}  // namespace juntora::dialog
+}  // namespace juntora::kernel
