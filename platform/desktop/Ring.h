@@ -2,6 +2,7 @@
 // for somebody else: a producer may be killed or stopped at any instruction.
 #pragma once
 
+#include <algorithm>
 #include <atomic>
 #include <bit>
 #include <cstddef>
@@ -95,7 +96,7 @@ private:
     /// The cell with the lowest free ticket, claimed; null when the ring is full.
     Cell* claim(std::uint64_t* claimed) {
         std::uint64_t ticket = m_tail.load(std::memory_order_relaxed);
-        for (std::size_t step = 0; step < 2 * Cells; ++step, ++ticket) {
+        for (std::size_t step = 0; step < 2 * Cells; ++step) {
             Cell& cell = m_cells[ticket % Cells];
             std::uint64_t state = cell.state.load(std::memory_order_acquire);
             if (state == free(ticket) &&
@@ -108,6 +109,12 @@ private:
             const bool ofEarlierLap = (state >> STATUS_BITS) < ticket;
             if (ofEarlierLap && (status == CLAIMED || status == PUBLISHED)) {
                 return nullptr;
+            }
+            ++ticket;
+            if ((state >> STATUS_BITS) >= ticket) {
+                // Stopped since it had read the tail, this thread has been overtaken, perhaps by
+                // more laps than it would look at.
+                ticket = std::max(ticket, m_tail.load(std::memory_order_relaxed));
             }
         }
         return nullptr;
