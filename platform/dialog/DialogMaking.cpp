@@ -1,8 +1,10 @@
 // From a template to windows.
+#include <algorithm>
+
 #include "platform/desktop/message.h"
 #include "platform/desktop/window.h"
 #include "platform/dialog/Controls.h"
-#include "platform/dialog/Dialog.h"
+#include "platform/dialog/DialogState.h"
 
 namespace juntora {
 namespace dialog {
@@ -51,13 +53,8 @@ bool createControls(Dialog& dialog, const DialogTemplate& source) {
 }
 
 HWND firstTabStop(const Dialog& dialog) {
-    constexpr DWORD NEEDED = WS_TABSTOP | WS_VISIBLE;
-    for (const HWND control : dialog.controls) {
-        if ((GetWindowStyle(control) & (NEEDED | WS_DISABLED)) == NEEDED) {
-            return control;
-        }
-    }
-    return 0;
+    const auto found = std::ranges::find_if(dialog.controls, TakesFocus);
+    return found == dialog.controls.end() ? 0 : *found;
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 // Modal dialogs and the message loop that runs while one stands.
 #include "platform/desktop/message.h"
 #include "platform/desktop/window.h"
-#include "platform/dialog/Dialog.h"
+#include "platform/dialog/DialogState.h"
 
 namespace juntora {
 namespace dialog {

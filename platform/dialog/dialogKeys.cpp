@@ -6,7 +6,7 @@
 #include "platform/desktop/message.h"
 #include "platform/desktop/window.h"
 #include "platform/dialog/Controls.h"
-#include "platform/dialog/Dialog.h"
+#include "platform/dialog/DialogState.h"
 
 namespace juntora {
 namespace dialog {
@@ -21,11 +21,6 @@ LRESULT codeOf(HWND control) {
     return control == 0 ? 0 : SendMessageA(control, WM_GETDLGCODE, 0, 0);
 }
 
-bool takesFocus(HWND control) {
-    constexpr DWORD NEEDED = WS_TABSTOP | WS_VISIBLE;
-    return (GetWindowStyle(control) & (NEEDED | WS_DISABLED)) == NEEDED;
-}
-
 /// The control behind `start` in the tab order to which the focus can go, `start` itself if there
 /// is no other.
 HWND nextTabStop(const Dialog& dialog, HWND start) {
@@ -35,16 +30,11 @@ HWND nextTabStop(const Dialog& dialog, HWND start) {
                                              : static_cast<std::size_t>(at - controls.begin()));
     for (std::size_t step = 1; step <= controls.size(); ++step) {
         const HWND candidate = controls[(first + step) % controls.size()];
-        if (takesFocus(candidate)) {
+        if (TakesFocus(candidate)) {
             return candidate;
         }
     }
     return start;
-}
-
-void command(const Dialog& dialog, int id) {
-    SendMessageA(dialog.window, WM_COMMAND, static_cast<WPARAM>(id),
-                 static_cast<LPARAM>(dialog.control(id)));
 }
 
 bool isPushButton(HWND control) {
@@ -62,14 +52,7 @@ void pressReturn(const Dialog& dialog) {
             return;
         }
     }
-    command(dialog, IDOK);
-}
-
-void pressEscape(const Dialog& dialog) {
-    const HWND button = dialog.control(IDCANCEL);
-    if (button == 0 || IsWindowEnabled(button)) {
-        command(dialog, IDCANCEL);
-    }
+    dialog.command(IDOK);
 }
 
 /// The letter behind the first single ampersand, in lower case; 0 for none.
@@ -113,7 +96,7 @@ bool pressKey(Dialog& dialog, WPARAM key) {
             pressReturn(dialog);
             return true;
         case KEY_ESCAPE:
-            pressEscape(dialog);
+            dialog.cancel();
             return true;
         default:
             return false;

@@ -2,8 +2,8 @@
 set(PLATFORM_DIALOG_SOURCES
     dialog/Button.cpp
     dialog/Controls.cpp
-    dialog/Dialog.cpp
     dialog/DialogMaking.cpp
+    dialog/DialogState.cpp
     dialog/ListBox.cpp
     dialog/ListItems.cpp
     dialog/ModalLoop.cpp

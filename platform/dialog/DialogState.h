@@ -20,7 +20,15 @@ struct Dialog {
     std::shared_ptr<Dialog> outer;  ///< The modal dialog in whose loop this one's loop runs.
 
     HWND control(int id) const;
+    /// Sends the command, as the control of that number would.
+    void command(int id) const;
+    /// What escape, the close box and the system's close command come to: the cancel command,
+    /// unless its button is disabled.
+    void cancel() const;
 };
+
+/// Whether the keyboard can go to the control.
+bool TakesFocus(HWND control);
 
 /// The dialog of a window of this thread, null for any other. Whoever holds the pointer may see the
 /// window go.

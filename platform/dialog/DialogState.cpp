@@ -1,5 +1,5 @@
 // The window procedure of dialogs: the program's procedure first, then what every dialog does.
-#include "platform/dialog/Dialog.h"
+#include "platform/dialog/DialogState.h"
 
 #include <unordered_map>
 #include <utility>
@@ -15,19 +15,11 @@ namespace {
 thread_local std::unordered_map<HWND, std::shared_ptr<Dialog>> t_dialogs;
 thread_local std::shared_ptr<Dialog> t_inMaking;
 
-/// The close box and the system's close command come to the cancel command.
-void cancel(const Dialog& dialog) {
-    const HWND button = dialog.control(IDCANCEL);
-    if (button == 0 || IsWindowEnabled(button)) {
-        SendMessageA(dialog.window, WM_COMMAND, IDCANCEL, static_cast<LPARAM>(button));
-    }
-}
-
 LRESULT defaultHandling(const Dialog& dialog, HWND window, UINT message, WPARAM wParam,
                         LPARAM lParam) {
     switch (message) {
         case WM_CLOSE:
-            cancel(dialog);
+            dialog.cancel();
             return 0;
         case WM_INITDIALOG:
         case WM_COMMAND:
@@ -77,6 +69,22 @@ HWND Dialog::control(int id) const {
         }
     }
     return 0;
+}
+
+void Dialog::command(int id) const {
+    SendMessageA(window, WM_COMMAND, static_cast<WPARAM>(id), static_cast<LPARAM>(control(id)));
+}
+
+void Dialog::cancel() const {
+    const HWND button = control(IDCANCEL);
+    if (button == 0 || IsWindowEnabled(button)) {
+        command(IDCANCEL);
+    }
+}
+
+bool TakesFocus(HWND control) {
+    constexpr DWORD NEEDED = WS_TABSTOP | WS_VISIBLE;
+    return (GetWindowStyle(control) & (NEEDED | WS_DISABLED)) == NEEDED;
 }
 
 std::shared_ptr<Dialog> FindDialog(HWND window) {
