@@ -18,7 +18,6 @@ inline constexpr UINT WM_PAINT = 15;
 inline constexpr UINT WM_CLOSE = 16;
 inline constexpr UINT WM_QUIT = 18;
 inline constexpr UINT WM_SHOWWINDOW = 24;
-inline constexpr UINT WM_ICONERASEBKGND = 39;
 inline constexpr UINT WM_QUERYDRAGICON = 55;
 inline constexpr UINT WM_SETICON = 128;
 inline constexpr UINT WM_GETDLGCODE = 135;
@@ -67,7 +66,6 @@ inline constexpr int SW_SHOWMINIMIZED = 2;
 inline constexpr int SW_SHOW = 5;
 inline constexpr int SW_MINIMIZE = 6;
 inline constexpr int SW_SHOWMINNOACTIVE = 7;
-inline constexpr int SW_SHOWNA = 8;
 inline constexpr int SW_RESTORE = 9;
 inline constexpr int SW_SHOWDEFAULT = 10;
 
@@ -84,7 +82,6 @@ inline constexpr DWORD WS_SYSMENU = 0x00080000;
 inline constexpr DWORD WS_GROUP = 0x00020000;
 inline constexpr DWORD WS_MINIMIZEBOX = 0x00020000;
 inline constexpr DWORD WS_TABSTOP = 0x00010000;
-inline constexpr DWORD WS_EX_DLGMODALFRAME = 0x00000001;
 inline constexpr DWORD WS_EX_APPWINDOW = 0x00040000;
 inline constexpr DWORD DS_MODALFRAME = 0x80;
 inline constexpr DWORD DS_CENTER = 0x0800;
@@ -104,7 +101,6 @@ inline constexpr UINT CS_HREDRAW = 2;
 inline constexpr UINT CS_DBLCLKS = 8;
 
 // GetWindow, SetWindowPos, PeekMessageA.
-inline constexpr UINT GW_HWNDFIRST = 0;
 inline constexpr UINT GW_HWNDNEXT = 2;
 inline constexpr UINT GW_CHILD = 5;
 inline constexpr HWND HWND_TOP = 0;

@@ -5,7 +5,6 @@
 #include "framework/CWnd.h"
 #include "ipc/IpcMessage.h"
 #include "shell/CJuntoraDlg.h"
-#include "shell/LineWords.h"
 #include "shell/StartLock.h"
 #include "shell/resources.h"
 
@@ -48,9 +47,6 @@ bool CJuntoraApp::InitInstance() {
 
     constexpr int START_PLANCHET = 1;
     m_nCmdShow = SW_HIDE;
-    if (m_lpCmdLine) {
-        WalkCommandLine();
-    }
 
     CJuntoraDlg dialog(1, START_PLANCHET, nullptr);
     dialog.SetStartLock(&startLock);
@@ -58,14 +54,6 @@ bool CJuntoraApp::InitInstance() {
     m_nExitCode = dialog.DoModal() == IDCANCEL ? 0 : 1;
     m_pMainWnd = nullptr;
     return false;
-}
-
-/// Takes the line apart as far as it has parts. None of them means anything to the hub, and none is
-/// an error: the line is there for Planchet.
-void CJuntoraApp::WalkCommandLine() const {
-    LineWords words(m_lpCmdLine);
-    while (words.next()) {
-    }
 }
 
 const AFX_MSGMAP& CJuntoraApp::GetMessageMap() const {

@@ -11,14 +11,11 @@ public:
     ~CJuntoraApp() override = default;
 
     /// Returns at once where a hub runs already. Otherwise the main dialog's modal loop is the rest
-    /// of the hub's life.
+    /// of the hub's life. The command line means nothing to the hub: it is handed on to Planchet.
     bool InitInstance() override;
 
 protected:
     const AFX_MSGMAP& GetMessageMap() const override;
-
-private:
-    void WalkCommandLine() const;
 };
 
 extern CJuntoraApp theApp;

@@ -55,8 +55,6 @@ constexpr DialogTemplate TEMPLATES[] = {
 };
 
 constexpr StringResource STRINGS[] = {
-    {IDS_OLE_INIT_FAILED,
-     "OLE initialization failed.  Make sure that the OLE libraries are the correct version."},
     {IDS_ABOUT_ITEM, "&About Juntora..."},
     {VERSION_MESSAGE_STRING,
      "The Juntora and %1 have mismatched IPC version numbers.  One or the other is out of date.  "

@@ -26,7 +26,6 @@ inline constexpr int IDC_ABOUT_LEVEL = 1007;
 inline constexpr int IDC_ABOUT_BUILD = 1008;
 
 // Strings.
-inline constexpr int IDS_OLE_INIT_FAILED = 100;
 inline constexpr int IDS_ABOUT_ITEM = 101;
 
 /// Makes templates and strings known to the layer.

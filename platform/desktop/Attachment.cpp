@@ -165,9 +165,4 @@ namespace juntora {
 
 bool OpenDesktop() { return desktop::Attachment::get() != nullptr; }
 
-const char* DesktopFolder() {
-    desktop::Attachment* open = desktop::Attachment::get();
-    return open == nullptr ? "" : open->folder().c_str();
-}
-
 }  // namespace juntora

@@ -3,7 +3,6 @@
 
 #include <atomic>
 #include <cstdint>
-#include <string>
 
 #include "platform/desktop/Folder.h"
 #include "platform/desktop/Layout.h"
@@ -21,7 +20,6 @@ public:
     }
 
     Segment& segment() { return *m_segment; }
-    const std::string& folder() const { return m_folder.path(); }
     int folderDescriptor() const { return m_folder.descriptor(); }
     /// This process's index.
     std::uint32_t process() const { return m_process; }

@@ -43,8 +43,6 @@ public:
     /// Takes the oldest posted message of this window (0: any) with a number in the range (both 0:
     /// any); with `keep` it stays in its place.
     bool takePosted(HWND window, UINT first, UINT last, bool keep, MSG* message);
-    /// Posts to the thread itself.
-    void keepPosted(const PostedMessage& message) { m_kept.push_back(message); }
     bool ringIfAsleep(std::uint32_t thread);
     /// For what has been posted: rings at once, or, while a sent message is being served, together
     /// with what is posted next, before this thread waits for anything at the latest. Who passes

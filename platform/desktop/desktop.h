@@ -11,7 +11,4 @@ namespace juntora {
 /// /tmp/juntora-UID/NAME.
 bool OpenDesktop();
 
-/// The folder of the desktop, without a trailing slash; empty if it cannot be used.
-const char* DesktopFolder();
-
 }  // namespace juntora

@@ -48,7 +48,7 @@ BOOL IsWindow(HWND window);
 /// asked by this thread.
 HWND FindWindowA(const char* className, const char* title);
 
-/// GW_HWNDFIRST, GW_HWNDNEXT: siblings in window order, top-most first. GW_CHILD: the first child.
+/// GW_CHILD: the top-most child. GW_HWNDNEXT: the sibling below. 0 where there is none.
 HWND GetWindow(HWND window, UINT which);
 HWND GetParent(HWND window);
 HWND GetDlgItem(HWND parent, int id);
@@ -69,7 +69,6 @@ int GetWindowTextA(HWND window, char* buffer, int capacity);
 BOOL SetWindowTextA(HWND window, const char* text);
 
 DWORD GetWindowStyle(HWND window);
-DWORD GetWindowExStyle(HWND window);
 BOOL GetWindowRect(HWND window, RECT* rect);
 BOOL GetClientRect(HWND window, RECT* rect);
 

@@ -150,13 +150,12 @@ HWND GetWindow(HWND window, UINT which) {
     if (which == GW_CHILD) {
         return desktop::nextSibling(isDesktop ? 0 : window, desktop::FRONT);
     }
-    if (isDesktop) {
+    if (isDesktop || which != GW_HWNDNEXT) {
         return 0;
     }
     const desktop::Segment& segment = attachment->segment();
     const std::uint32_t index = desktop::indexOf(window);
-    const std::int64_t order =
-        which == GW_HWNDNEXT ? segment.details[index].order.load() - 1 : desktop::FRONT;
+    const std::int64_t order = segment.details[index].order.load() - 1;
     return desktop::nextSibling(segment.windows[index].parent.load(), order);
 }
 

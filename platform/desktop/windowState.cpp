@@ -147,11 +147,6 @@ DWORD GetWindowStyle(HWND window) {
     return place ? place.slot->style.load() : 0;
 }
 
-DWORD GetWindowExStyle(HWND window) {
-    const auto place = placeOf(window);
-    return place ? place.slot->extendedStyle.load() : 0;
-}
-
 BOOL GetWindowRect(HWND window, RECT* rect) {
     const auto place = placeOf(window);
     if (!place) {
