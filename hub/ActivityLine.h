@@ -1,7 +1,7 @@
 // The texts of the activity list.
 //
 //     Draftel;0   (1a2b)
-//     Sketchel;0  (10004)       *"/home/me/my board.opj"  (r/w)
+//     Sketchel;0  (10004)        *"/home/me/my board.opj"  (r/w)
 //
 // The columns line up by the layout alone, and whoever reads the list (a person, or a program
 // through LB_GETTEXT) reads these texts: the layout is binding.

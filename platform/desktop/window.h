@@ -50,7 +50,11 @@ HWND FindWindowA(const char* className, const char* title);
 
 /// GW_CHILD: the top-most child. GW_HWNDNEXT: the sibling below. 0 where there is none.
 HWND GetWindow(HWND window, UINT which);
+
+/// The window that a child is in; 0 for the desktop's own children, top-level or not.
 HWND GetParent(HWND window);
+
+/// The top-most child with this identifier; 0, and no error, if there is none.
 HWND GetDlgItem(HWND parent, int id);
 int GetDlgCtrlID(HWND window);
 
@@ -61,28 +65,50 @@ void EnumWindows(BOOL (*visit)(HWND, LPARAM), LPARAM context);
 /// number of its process, 0 for none.
 DWORD GetWindowThreadProcessId(HWND window, DWORD* processId);
 
+/// The class, cut to `capacity` bytes with its NUL. Returns the characters copied, NUL not counted.
 int GetClassNameA(HWND window, char* buffer, int capacity);
 
 /// The text, by WM_GETTEXT for a window of this process and from the segment for any other. Returns
 /// the characters copied, NUL not counted.
 int GetWindowTextA(HWND window, char* buffer, int capacity);
+
+/// Sends the text by WM_SETTEXT. Returns whether the window took it.
 BOOL SetWindowTextA(HWND window, const char* text);
 
 DWORD GetWindowStyle(HWND window);
+
+/// The place in pixels relative to the parent, for a desktop's child to the desktop.
 BOOL GetWindowRect(HWND window, RECT* rect);
+
+/// The same size with its left top corner at 0, 0: windows here have no frame.
 BOOL GetClientRect(HWND window, RECT* rect);
 
-/// Shows, hides, minimises or restores; WM_SHOWWINDOW is sent where visibility changes. Returns
-/// whether the window was visible before.
+/// SW_HIDE hides. SW_MINIMIZE, SW_SHOWMINIMIZED and SW_SHOWMINNOACTIVE show the window minimised,
+/// SW_SHOWNORMAL and SW_RESTORE at its full size and on top of its siblings; every other value
+/// shows it as it is. WM_SHOWWINDOW is sent where visibility changes. Returns whether the window
+/// was visible before.
 BOOL ShowWindow(HWND window, int command);
+
+/// Whether the window and all that it is in are visible.
 BOOL IsWindowVisible(HWND window);
 BOOL IsIconic(HWND window);
+
+/// Enables or disables; sends WM_ENABLE where that changes. Returns whether the window was disabled
+/// before.
 BOOL EnableWindow(HWND window, BOOL enable);
+
+/// Whether the window itself is enabled, whatever it is in.
 BOOL IsWindowEnabled(HWND window);
+
+/// Moves the window, sizes it and puts it at the bottom of its siblings (`insertAfter` HWND_BOTTOM)
+/// or at the top (any other), but for what SWP_NOMOVE, SWP_NOSIZE and SWP_NOZORDER forbid. Other
+/// flags change nothing: no window is activated.
 BOOL SetWindowPos(HWND window, HWND insertAfter, int x, int y, int width, int height, UINT flags);
 
 /// Marks the window as the one in front and puts it at the top of the window order.
 BOOL SetForegroundWindow(HWND window);
+
+/// 0 while no window that is still there has been marked.
 HWND GetForegroundWindow();
 
 /// How often what the window shows has changed (text, state, place, list lines): a load from the
