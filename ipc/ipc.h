@@ -35,6 +35,8 @@ public:
     /// replyLength set to the count; a replyLength left alone returns the whole capacity.
     virtual int onRequest(int opcode, IpcMessage* record) = 0;
 
+    /// With a name buffer of the caller's, the characters of the unique name. Without one, the
+    /// bytes of the hub's whole answer ("1a2b Draftel;0", NUL included), 60 where none came.
     std::uint32_t m_nNameLength = 0;
     char* m_pName = nullptr;  ///< Owned; "Draftel;0".
 };
@@ -107,26 +109,74 @@ int ipcFindHub();
 int ipcPeekExpected(HWND sender, int opcode, const char* prefix);
 
 // --- Requests ------------------------------------------------------------------------------------
-// Texts of up to 999 bytes in all, without limit for ipcCommand. A longer one is not sent and gives
-// 0, or, where 0 means success, 1 (the launches) or -1 (ipcSetEnv, ipcFileOpen and ipcFileQuery).
+// Each asks the hub and waits for its answer. Texts, among them names and files, are NUL-ended and
+// have up to 999 bytes in all, without limit for ipcCommand. 0 comes back too where the hub cannot
+// be reached, and where a text is too long to be sent; where 0 means success, such a text gives 1
+// (the launches) or -1 (ipcSetEnv, ipcFileOpen, ipcFileQuery). A window of 0 names nobody.
 
+/// Has the hub start `program` (a path or a name, in double quotes if it holds blanks) with
+/// `arguments` (may be null) in this process's current directory, minimised with a `show` of 0.
+/// `reserved` is not used. Returns 0 when it was started, or if there is no current directory; 2
+/// for a text that the hub cannot use; else the system's error number. The tool's greeting
+/// (IPC_CHILD_HELLO) comes once it has signed on.
 int ipcLaunch(const char* program, const char* arguments, int reserved, int show);
+/// The same; the hub answers once the tool waits for input, after 30 s at the latest, and serves
+/// nobody meanwhile. 1 if there is no current directory.
 int ipcLaunchWait(const char* program, const char* arguments, int reserved, int show);
+/// ipcLaunchWait, then ipcFindApp(`name`). `*status` becomes 0 with the tool's window as the
+/// result, or, with the result 0, 1 where the launch failed and 2 where nobody of that name has
+/// signed on.
 HWND ipcLaunchAndFind(const char* program, const char* arguments, int reserved, int show,
                       const char* name, int* status);
+/// Sets a variable of the environment that the hub hands on to what it launches from now on.
+/// `assignment` is a name, an equals sign and a value. 0 on success, -1 on failure.
 int ipcSetEnv(const char* assignment);
+/// The window of the tool with this unique name ("Draftel;0"), or of the newest one with this base
+/// name; without regard to case. 0 if there is none.
 HWND ipcFindApp(const char* name);
+/// The unique name of the tool that has the window. `capacity` is in and out: the size of `buffer`,
+/// then the bytes of the name, NUL included; a name that does not fit is cut without a NUL. 1, or 0
+/// for a window of no tool; the buffer then holds nothing of use.
 int ipcAppName(HWND window, char* buffer, int* capacity);
+
+// Files that tools hold: the hub keeps account of them and touches none. A path that is not
+// absolute is one of the hub's own directory; paths compare without regard to case. Access is 1 to
+// read, 2 to write, 3 for both.
+
+/// Enters the file as held by this tool, unless somebody, be it this tool, holds it with a bit of
+/// the same access and not both only read. Returns 0 with `*isFree` 1 when entered (or when the hub
+/// could not be reached), else the holder's window with `*isFree` 0; `holder` (may be null) gets
+/// that window too and is left alone when there is none.
 int ipcFileOpen(const char* file, int access, int* isFree, HWND* holder);
+/// Who holds the file with a bit of this access, told as by ipcFileOpen; enters nothing.
 int ipcFileQuery(const char* file, int access, int* isFree, HWND* holder);
+/// Gives back an access that this tool holds, and the file's flags with it. 1, also when it was not
+/// held.
 int ipcFileClose(const char* file, int access);
+/// Sets or clears bits beside a file that this tool holds; bit 0 shows as the mark "*" in the
+/// activity list. Returns this tool's window, 0 if it does not hold the file.
 int ipcFileSetFlags(const char* file, int bits);
 int ipcFileClearFlags(const char* file, int bits);
+/// Who has set just these flags beside the file (4,095: any at all). In: the flags, and a window
+/// whose holding alone counts, 0 for all. Out: the holder's flags and window. Returns the holder's
+/// window; 0 if there is none, with the flags 0 and the window left alone.
 HWND ipcFileFindFlags(const char* file, int* flags, HWND* window);
+
+/// Has the hub tell this tool when the other one departs: by a record IPC_DEPARTED with the text
+/// "ORDERLY,WINDOW,NAME", of which the first is 1 for a sign-off and 0 for a death, and the window
+/// hexadecimal. By the name as in ipcFindApp, or by the window. 1, or 0 for an unknown tool.
 int ipcWatchName(const char* name);
 int ipcWatchId(HWND window);
+/// Hands free text to a tool, to which it comes as IPC_COMMAND: non-zero once the hub has posted
+/// it, 0 for an unknown tool or without room. With a `target` of 0 the text is a word for the hub
+/// itself, without regard to case: "SW_SHOW" and "JUNTORA_CLOSE_ALL_APPS" act and give 0,
+/// "JUNTORA_ANY_APPS_RUNNING" gives the number of rows, "JUNTORA_IS_SKETCHEL_RUNNING" 1 or 0; any
+/// other gives 0.
 int ipcCommand(const char* text, HWND target);
+/// 1 while the tool with this window is signed on, else 0.
 int ipcIsAlive(HWND window);
+/// Hands a tool the record IPC_STATUS with the text "TEXT CODE", the code decimal. Non-zero once
+/// the hub has posted it, 0 for an unknown tool or without room.
 int ipcStatus(HWND target, const char* text, int code);
 
 }  // namespace juntora
