@@ -18,7 +18,7 @@ bool canReachHub() {
 }
 
 /// Takes a slot and fills it; null when none can be had.
-IpcMessage* newRecord(const OutgoingText& text, HWND target, int replyLength) {
+IpcMessage* newRecord(const SlotText& text, HWND target, int replyLength) {
     IpcMessage* record = ipcMemAlloc(sizeof(IpcMessage));
     if (record != nullptr) {
         record->target = target;
@@ -49,7 +49,7 @@ int ipcSend(int opcode, const char* text, HWND target, char* reply, int* capacit
     if (*capacity < 1 || !canReachHub()) {
         return 0;
     }
-    const OutgoingText outgoing(text);
+    const SlotText outgoing(text);
     if (!outgoing.isSendable()) {
         return 0;
     }
@@ -68,7 +68,7 @@ int ipcPost(int opcode, const char* text, HWND target) {
     if (!canReachHub()) {
         return 0;
     }
-    const OutgoingText outgoing(text);
+    const SlotText outgoing(text);
     if (!outgoing.isSendable()) {
         return 0;
     }

@@ -25,7 +25,7 @@ ExpandedCopy* s_copies = nullptr;
 
 }  // namespace
 
-OutgoingText::OutgoingText(const char* text) {
+SlotText::SlotText(const char* text) {
     if (text == nullptr) {
         return;
     }
@@ -42,12 +42,12 @@ OutgoingText::OutgoingText(const char* text) {
     }
 }
 
-void OutgoingText::putInto(IpcMessage* record) const {
+void SlotText::putInto(IpcMessage* record) const {
     record->spillLength = m_spillLength;
     std::memcpy(record->text, m_inSlot, static_cast<std::size_t>(m_bytes));
 }
 
-void OutgoingText::deleteFile() const {
+void SlotText::deleteFile() const {
     if (m_spillLength != 0) {
         DeleteFileA(m_path);
     }

@@ -9,12 +9,12 @@ namespace juntora {
 inline constexpr int SPILL_PATH_CAPACITY = 260;
 
 /// What a text makes of itself in a slot.
-class OutgoingText {
+class SlotText {
 public:
     /// Writes the file where the text (null: none) is too long for a slot.
-    explicit OutgoingText(const char* text);
-    OutgoingText(const OutgoingText&) = delete;
-    OutgoingText& operator=(const OutgoingText&) = delete;
+    explicit SlotText(const char* text);
+    SlotText(const SlotText&) = delete;
+    SlotText& operator=(const SlotText&) = delete;
 
     /// False when the file could not be written or the text is over IPC_SPILL_LIMIT.
     bool isSendable() const { return m_inSlot != nullptr; }
