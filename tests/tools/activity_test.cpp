@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tools/toolkit/ActivityChanges.h"
-#include "tools/toolkit/ActivityList.h"
+#include "tools/toolkit/ActivityReader.h"
 
 namespace juntora {
 namespace {

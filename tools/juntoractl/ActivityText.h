@@ -4,7 +4,7 @@
 #include <string>
 
 #include "tools/juntoractl/Output.h"
-#include "tools/toolkit/ActivityList.h"
+#include "tools/toolkit/ActivityReader.h"
 
 namespace juntora {
 

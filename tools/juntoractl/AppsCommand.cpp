@@ -30,12 +30,12 @@ void printTable(const std::vector<ActivityLine>& lines) {
 }
 
 int printApps(const Options& options) {
-    ActivityList list;
-    if (!list.find(ipcHubWindow)) {
+    ActivityReader reader;
+    if (!reader.find(ipcHubWindow)) {
         complain("the hub shows no activity lines");
         return EXIT_CODE_REFUSED;
     }
-    const std::vector<ActivityLine> lines = list.read();
+    const std::vector<ActivityLine> lines = reader.read();
     if (!options.json) {
         printTable(lines);
         return EXIT_CODE_DONE;

@@ -157,7 +157,7 @@ private:
 
     bool m_json;
     ActivityColumns m_columns;
-    ActivityList m_activity;
+    ActivityReader m_activity;
     std::vector<ActivityLine> m_lines;
     std::set<HWND> m_watched;
     std::map<HWND, bool> m_notices;

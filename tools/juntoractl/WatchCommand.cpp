@@ -12,7 +12,7 @@
 #include "tools/juntoractl/HubAccess.h"
 #include "tools/juntoractl/Output.h"
 #include "tools/juntoractl/SignOn.h"
-#include "tools/toolkit/ActivityList.h"
+#include "tools/toolkit/ActivityReader.h"
 
 namespace juntora {
 namespace {
@@ -107,7 +107,7 @@ private:
     }
 
     bool m_json;
-    ActivityList m_activity;
+    ActivityReader m_activity;
     std::map<HWND, std::string> m_watched;
     std::set<HWND> m_missing;
 };

@@ -6,7 +6,7 @@
 #include "platform/kernel/process.h"
 #include "platform/kernel/signals.h"
 #include "platform/kernel/sync.h"
-#include "tools/toolkit/ActivityList.h"
+#include "tools/toolkit/ActivityReader.h"
 #include "tools/toolkit/ToolWindow.h"
 
 namespace juntora {
@@ -81,7 +81,7 @@ private:
         m_hasSeenTools = m_hasSeenTools || !m_isAlone;
     }
 
-    ActivityList m_activity;
+    ActivityReader m_activity;
     bool m_hasLines = false;
     DWORD m_started = 0;
     bool m_isAlone = true;

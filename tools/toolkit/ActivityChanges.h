@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "tools/toolkit/ActivityList.h"
+#include "tools/toolkit/ActivityReader.h"
 
 namespace juntora {
 

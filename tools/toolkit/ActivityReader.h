@@ -24,7 +24,7 @@ struct ActivityLine {
 /// Takes a line of the list apart; nothing for a text that is none.
 std::optional<ActivityLine> parseActivityLine(std::string_view text);
 
-class ActivityList {
+class ActivityReader {
 public:
     /// Finds the list of the hub that has `hubWindow`. False when it has none.
     bool find(HWND hubWindow);

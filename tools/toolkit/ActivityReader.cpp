@@ -1,4 +1,4 @@
-#include "tools/toolkit/ActivityList.h"
+#include "tools/toolkit/ActivityReader.h"
 
 #include <algorithm>
 #include <charconv>
@@ -120,7 +120,7 @@ std::optional<ActivityLine> parseActivityLine(std::string_view text) {
     return line;
 }
 
-bool ActivityList::find(HWND hubWindow) {
+bool ActivityReader::find(HWND hubWindow) {
     Search search{};
     GetWindowThreadProcessId(hubWindow, &search.process);
     EnumWindows(searchTopLevel, reinterpret_cast<LPARAM>(&search));
@@ -129,7 +129,7 @@ bool ActivityList::find(HWND hubWindow) {
     return m_list != 0;
 }
 
-std::vector<ActivityLine> ActivityList::read() const {
+std::vector<ActivityLine> ActivityReader::read() const {
     std::vector<ActivityLine> lines;
     for (int reading = 0; reading < READINGS; ++reading) {
         const DWORD before = GetWindowChangeCount(m_list);
@@ -141,7 +141,7 @@ std::vector<ActivityLine> ActivityList::read() const {
     return lines;
 }
 
-bool ActivityList::hasNews() {
+bool ActivityReader::hasNews() {
     const DWORD change = GetWindowChangeCount(m_list);
     const bool isNew = change != m_lastChange || change == 0;
     m_lastChange = change;
