@@ -5,15 +5,10 @@
 #include "tools/juntoractl/ActivityText.h"
 #include "tools/juntoractl/CommandLine.h"
 #include "tools/juntoractl/ExitCode.h"
-#include "tools/juntoractl/HubAccess.h"
 #include "tools/juntoractl/Output.h"
 
 namespace juntora {
 namespace {
-
-struct Options {
-    bool json = false;
-};
 
 void printTable(const std::vector<ActivityLine>& lines) {
     std::size_t nameWidth = 4;
@@ -29,7 +24,7 @@ void printTable(const std::vector<ActivityLine>& lines) {
     }
 }
 
-int printApps(const Options& options) {
+int printApps(const RequestOptions& options) {
     ActivityReader reader;
     if (!reader.find(ipcHubWindow)) {
         complain("the hub shows no activity lines");
@@ -48,17 +43,11 @@ int printApps(const Options& options) {
     return EXIT_CODE_DONE;
 }
 
-int run(const Options& options) {
-    return withHub([&] { return printApps(options); });
-}
-
 }  // namespace
 
 void addAppsCommand(CLI::App& app, Action* action) {
-    auto options = std::make_shared<Options>();
-    CLI::App* command = addCommand(app, "apps", "List the tools and the files that they hold",
-                                   options, run, action);
-    addJsonFlag(command, &options->json, "Print an array of objects");
+    addRequest(app, "apps", "List the tools and the files that they hold",
+               "Print an array of objects", printApps, action);
 }
 
 }  // namespace juntora

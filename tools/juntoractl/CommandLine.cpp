@@ -1,5 +1,6 @@
 #include "tools/juntoractl/CommandLine.h"
 
+#include "tools/juntoractl/HubAccess.h"
 #include "tools/juntoractl/Output.h"
 
 namespace juntora {
@@ -15,6 +16,24 @@ std::string checkWindow(std::string& text) {
 }
 
 }  // namespace
+
+HWND RequestOptions::window() const {
+    HWND window = 0;
+    parseWindow(subject, &window);
+    return window;
+}
+
+RequestCommand addRequest(CLI::App& app, const std::string& name, const std::string& description,
+                          const std::string& jsonDescription, int (*request)(const RequestOptions&),
+                          Action* action) {
+    auto options = std::make_shared<RequestOptions>();
+    const auto run = [request](const RequestOptions& given) {
+        return withHub([&] { return request(given); });
+    };
+    CLI::App* command = addCommand(app, name, description, options, run, action);
+    addJsonFlag(command, &options->json, jsonDescription);
+    return {command, options.get()};
+}
 
 void addJsonFlag(CLI::App* command, bool* json, const std::string& description) {
     command->add_flag("--json", *json, description);

@@ -6,6 +6,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "platform/types.h"
+
 namespace juntora {
 
 /// The chosen command, to be run after the whole line has been understood; returns an exit code.
@@ -21,14 +23,34 @@ void addMonitorCommand(CLI::App& app, Action* action);
 void addToolCommand(CLI::App& app, Action* action);
 
 /// Adds a command that runs `run` with its options, which live as long as the command line does.
-template <typename Options>
+template <typename Options, typename Run>
 CLI::App* addCommand(CLI::App& app, const std::string& name, const std::string& description,
-                     const std::shared_ptr<Options>& options, int (*run)(const Options&),
-                     Action* action) {
+                     const std::shared_ptr<Options>& options, Run run, Action* action) {
     CLI::App* command = app.add_subcommand(name, description);
     command->callback([=] { *action = [=] { return run(*options); }; });
     return command;
 }
+
+/// What the commands that ask the hub take between them.
+struct RequestOptions {
+    std::string subject;  ///< A tool, by its name or its window.
+    std::string text;
+    int code = 0;
+    bool json = false;
+
+    /// The subject, where that is a window.
+    HWND window() const;
+};
+
+struct RequestCommand {
+    CLI::App* command;
+    RequestOptions* options;  ///< Live as long as the command line does.
+};
+
+/// Adds a command that runs `request` with a hub in reach, and its flag --json.
+RequestCommand addRequest(CLI::App& app, const std::string& name, const std::string& description,
+                          const std::string& jsonDescription, int (*request)(const RequestOptions&),
+                          Action* action);
 
 void addJsonFlag(CLI::App* command, bool* json, const std::string& description);
 /// A window in hexadecimal; anything else is wrong usage.

@@ -133,6 +133,14 @@ std::string knownWords() {
 
 }  // namespace
 
+std::string scriptCommands() {
+    std::string lines;
+    for (const Command& command : COMMANDS) {
+        lines += std::string("  ") + command.word + " " + command.arguments + "\n";
+    }
+    return lines;
+}
+
 Json runScriptLine(std::string_view line) {
     if (line.find('\0') != std::string_view::npos) {
         return error("the line has a NUL byte in it, which no text of a record can hold");

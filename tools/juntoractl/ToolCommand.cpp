@@ -117,9 +117,8 @@ void addToolCommand(CLI::App& app, Action* action) {
     command->add_option("NAME", options->name, "The base name to sign on with")->required();
     command->add_flag("--no-start", options->mustNotStart, "Start no hub where none runs");
     command->footer(
-        "Commands, one a line, each answered by one object a line:\n"
-        "  find NAME, name ID, alive ID, watch NAME, watch-id ID, command ID TEXT,\n"
-        "  status ID TEXT CODE, send OPCODE ID CAPACITY [TEXT], post OPCODE ID [TEXT], quit\n"
+        "Commands, one a line, each answered by one object a line:\n" + scriptCommands() +
+        "  quit\n"
         "A word with blanks stands in double quotes, inside which two stand for one; a last TEXT\n"
         "without quotes runs to the end of the line. The end of input signs off as quit does.");
 }
