@@ -6,6 +6,7 @@
 
 #include "platform/dialog/dialog.h"
 #include "platform/kernel/errorOutput.h"
+#include "platform/kernel/printable.h"
 
 namespace juntora {
 namespace {
@@ -44,17 +45,18 @@ const Button& defaultButton(UINT flags) {
     return number < 3 && box->buttons[number].name ? box->buttons[number] : box->buttons[0];
 }
 
-/// Part of the text may come from another process: nothing in it may steer the terminal. Each of
-/// its lines starts with `indent`.
-std::string printable(std::string_view text, std::string_view indent) {
+/// The text as it is printed, with `indent` before each of its lines. Part of it may come from
+/// another process.
+std::string indented(std::string_view text, std::string_view indent) {
     std::string result;
-    for (const char character : text) {
-        if (character == '\n') {
-            result.append("\n").append(indent);
-        } else if (character != '\r') {
-            const auto byte = static_cast<unsigned char>(character);
-            result += byte < ' ' || byte == 127 ? ' ' : character;
+    for (std::size_t end = 0; end != text.npos;) {
+        end = text.find('\n');
+        std::string_view line = text.substr(0, end);
+        if (line.ends_with('\r')) {
+            line.remove_suffix(1);
         }
+        result.append(result.empty() ? "" : "\n").append(indent).append(PrintableText(line));
+        text.remove_prefix(end == text.npos ? text.size() : end + 1);
     }
     return result;
 }
@@ -64,8 +66,8 @@ std::string printable(std::string_view text, std::string_view indent) {
 int MessageBoxA(HWND, const char* text, const char* caption, UINT flags) {
     const Button& answer = defaultButton(flags);
     try {
-        const std::string block = "[" + printable(caption ? caption : "Error", "") + "]\n    " +
-                                  printable(text ? text : "", "    ") + "\n    (answered \"" +
+        const std::string block = "[" + PrintableText(caption ? caption : "Error") + "]\n" +
+                                  indented(text ? text : "", "    ") + "\n    (answered \"" +
                                   answer.name + "\": no screen shows this desktop)\n";
         kernel::WriteToErrors(block);
     } catch (...) {

@@ -381,7 +381,7 @@ TEST(MessageBoxTest, AnswersWithTheDefaultButtonAndTellsSo) {
     testing::internal::CaptureStderr();
     MessageBoxA(0, "first\r\n\x1b[2Jsecond", nullptr, MB_OKCANCEL);
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "[Error]\n    first\n     [2Jsecond\n"
+              "[Error]\n    first\n    \\x1b[2Jsecond\n"
               "    (answered \"OK\": no screen shows this desktop)\n");
 }
 

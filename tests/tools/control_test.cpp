@@ -78,6 +78,9 @@ TEST_F(ControlTest, Questions) {
     EXPECT_EQ(json::parse(control({"find", "Draftel;0", "--json"}).output)["id"], draftel.id());
     EXPECT_EQ(control({"name", draftel.id()}).output, "Draftel;0\n");
     EXPECT_EQ(control({"alive", draftel.id()}).code, 0);
+    Tool odd("Odd\x1b[2J\xC2\x9B");
+    EXPECT_EQ(control({"name", odd.id()}).output, "Odd\\x1b[2J\\xc2\\x9b;0\n")
+        << "no name steers a terminal";
 
     Outcome none = control({"find", "Nobody", "--json"});
     EXPECT_EQ(none.code, 1);

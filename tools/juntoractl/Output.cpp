@@ -4,20 +4,27 @@
 #include <cstdio>
 #include <system_error>
 
-namespace juntora {
+#include "platform/kernel/printable.h"
 
-bool printLine(std::string_view line) {
+namespace juntora {
+namespace {
+
+bool writeLine(std::string_view line) {
     std::fwrite(line.data(), 1, line.size(), stdout);
     std::fputc('\n', stdout);
     return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
 }
 
+}  // namespace
+
+bool printLine(std::string_view line) { return writeLine(PrintableText(line)); }
+
 bool printJson(const Json& value) {
-    return printLine(value.dump(-1, ' ', false, Json::error_handler_t::replace));
+    return writeLine(value.dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
 void complain(std::string_view message) {
-    std::fprintf(stderr, "juntoractl: %.*s\n", static_cast<int>(message.size()), message.data());
+    std::fprintf(stderr, "juntoractl: %s\n", PrintableText(message).c_str());
 }
 
 std::string windowText(HWND window) {

@@ -3,28 +3,13 @@
 #include <cstdio>
 #include <string>
 
+#include "platform/kernel/printable.h"
 #include "platform/kernel/process.h"
 #include "platform/kernel/signals.h"
 #include "tools/toolkit/ToolWindow.h"
 
 namespace juntora {
 namespace {
-
-/// The text with nothing in it that would break the line.
-std::string printable(const char* text) {
-    std::string line;
-    for (; *text != '\0'; ++text) {
-        const auto byte = static_cast<unsigned char>(*text);
-        if (byte < ' ' || byte == 127) {
-            char escape[8];
-            std::snprintf(escape, sizeof escape, "\\x%02x", byte);
-            line += escape;
-        } else {
-            line += *text;
-        }
-    }
-    return line;
-}
 
 class SampleTool : public ToolWindow {
 public:
@@ -33,7 +18,7 @@ public:
 private:
     int onRecord(int opcode, const IpcMessage& record) override {
         std::printf("%s: record %d from %x: %s\n", name().c_str(), opcode, record.sender,
-                    printable(record.text).c_str());
+                    PrintableText(record.text).c_str());
         std::fflush(stdout);
         return 1;
     }
