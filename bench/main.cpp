@@ -19,7 +19,7 @@
 #include "bench/Tool.h"
 #include "platform/desktop/message.h"
 #include "platform/desktop/window.h"
-#include "tests/support/TestDesktop.h"
+#include "tests/support/DesktopSandbox.h"
 
 namespace juntora::bench {
 namespace {

@@ -184,11 +184,9 @@ function(juntora_test_run name)
     cmake_language(EVAL CODE "set_tests_properties(${name} PROPERTIES ${test_properties})")
 endfunction()
 
-# juntora_bench(NAME …): as juntora_program, for a program that measures. It may include "tests/…",
-# and is linked with Google Benchmark, which it need not use.
+# juntora_bench(NAME …): as juntora_program, for a program that measures. It may include "tests/…".
 function(juntora_bench name)
     _juntora_executable(${name} ${ARGN})
     _juntora_see_tests(${name})
-    target_link_libraries(${name} PRIVATE benchmark::benchmark)
     add_dependencies(benchmarks ${name})
 endfunction()
