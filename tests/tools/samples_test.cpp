@@ -29,6 +29,20 @@ TEST_F(SamplesTest, AToolStartsTheHubAndTheLastOneEndsIt) {
     EXPECT_TRUE(hubEnds());
 }
 
+TEST_F(SamplesTest, TheLeastThatMakesAToolServesRecordsAndLeaves) {
+    ChildProcess minimal("minimal");
+    Tool tool("Draftel");
+    while (tool.result("find Minimal") == 0) {
+    }
+    const std::string id = tool.ask("find Minimal").value("id", "");
+    EXPECT_EQ(tool.result("send 30 " + id + " 10 one\ttwo"), 1);
+    EXPECT_EQ(control({"close-all"}).code, 0);
+    EXPECT_EQ(minimal.readAll(),
+              "signed on as Minimal;0\n30 from " + tool.id() + ": one\\x09two\n");
+    EXPECT_EQ(minimal.wait(), 0);
+    EXPECT_TRUE(hubEnds());
+}
+
 TEST_F(SamplesTest, ThereIsOnePlanchet) {
     Tool tool("Draftel");
     while (tool.result("find Planchet") == 0) {
