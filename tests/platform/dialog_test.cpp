@@ -6,6 +6,7 @@
 #include <array>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -22,6 +23,10 @@ constexpr int ID_SECOND = 12;
 constexpr int ID_LIST = 13;
 constexpr int ID_CHECK = 14;
 constexpr int ID_LABEL = 15;
+
+constexpr char TAB = 9;
+constexpr char RETURN = 13;
+constexpr char ESCAPE = 27;
 
 constexpr DWORD SHOWN = WS_VISIBLE | WS_TABSTOP;
 
@@ -76,16 +81,50 @@ protected:
         return IsDialogMessageA(dialog, &typed) != 0;
     }
     static bool press(HWND dialog, WPARAM which) { return key(dialog, dialog, WM_KEYDOWN, which); }
+    /// The commands that come of keys and characters ('!': the next one with Alt); 0 for one that
+    /// is none of the dialog's.
+    std::vector<int> type(HWND dialog, std::string_view keys) {
+        constexpr UINT WITH_ALT = 262;
+        m_commands.clear();
+        UINT message = WM_CHAR;
+        for (const char typed : keys) {
+            if (typed == '!') {
+                message = WITH_ALT;
+                continue;
+            }
+            const bool isKey = typed == TAB || typed == RETURN || typed == ESCAPE;
+            if (!key(dialog, dialog, isKey ? WM_KEYDOWN : message, static_cast<WPARAM>(typed))) {
+                m_commands.push_back(0);
+            }
+            message = WM_CHAR;
+        }
+        return m_commands;
+    }
     static LRESULT click(HWND dialog, int id) {
         return SendMessageA(GetDlgItem(dialog, id), BM_CLICK, 0, 0);
+    }
+
+    using Action = std::function<void(HWND)>;
+    /// Runs a dialog that does `atFirst` before it is ready, and `later` in its loop.
+    static int runModal(const DialogTemplate& source, const Action& later,
+                        const Action& atFirst = nullptr, HWND owner = 0) {
+        handler = [=](const Event& event) {
+            if (event.message == WM_INITDIALOG) {
+                EXPECT_EQ(event.lParam, 77);
+                PostMessageA(event.window, WM_APP, 0, 0);
+            }
+            const Action& action = event.message == WM_INITDIALOG ? atFirst : later;
+            if (action && (event.message == WM_INITDIALOG || event.message == WM_APP)) {
+                action(event.window);
+            }
+            return 0;
+        };
+        return RunModalDialog(source, owner, procedure, 77);
     }
 
     std::vector<int> m_commands;
 };
 
-constexpr WPARAM TAB = 9;
-constexpr WPARAM RETURN = 13;
-constexpr WPARAM ESCAPE = 27;
 using Commands = std::vector<int>;
 
 TEST_F(DialogTest, StandsAsItsTemplateSays) {
@@ -146,39 +185,22 @@ TEST_F(DialogTest, TellsItsOwnerOfClicks) {
 
 TEST_F(DialogTest, KeysMoveTheFocusAndPressButtons) {
     const HWND dialog = make();
-    EXPECT_TRUE(press(dialog, RETURN)) << "the first tab stop has the focus";
-    EXPECT_TRUE(press(dialog, TAB));
-    EXPECT_TRUE(press(dialog, TAB));
-    EXPECT_TRUE(press(dialog, RETURN)) << "a list: the default button";
-    EXPECT_EQ(m_commands, (Commands{ID_FIRST, ID_SECOND}));
-    for (int step = 0; step < 2; ++step) {
-        press(dialog, TAB);
+    const std::pair<const char*, Commands> cases[] = {
+        {"\r", {ID_FIRST}},       // The first tab stop has the focus.
+        {"\t\t\r", {ID_SECOND}},  // A list: the default button.
+        {"\t\t\r", {IDCANCEL}},
+        {"\t\r", {ID_FIRST}},  // Round to the first one.
+        {"Fo", {ID_FIRST, ID_SECOND}},
+        {"&s", {0, 0}},
+        {"lf", {0}},  // The label passes the focus to the list, which takes letters.
+        {"!f", {ID_FIRST}},
+    };
+    for (const auto& [keys, commands] : cases) {
+        EXPECT_EQ(type(dialog, keys), commands) << keys;
     }
-    press(dialog, RETURN);
-    EXPECT_EQ(m_commands.back(), IDCANCEL);
-    press(dialog, TAB);
-    press(dialog, RETURN);
-    EXPECT_EQ(m_commands.back(), ID_FIRST) << "round to the first one";
-    EXPECT_FALSE(press(dialog, 'F')) << "a key, not a character";
-    DestroyWindow(dialog);
-}
-
-TEST_F(DialogTest, MnemonicsPressButtonsAndLabelsPassTheFocusOn) {
-    const HWND dialog = make();
-    EXPECT_TRUE(key(dialog, dialog, WM_CHAR, 'F'));
-    EXPECT_TRUE(key(dialog, dialog, WM_CHAR, 'o'));
-    EXPECT_EQ(m_commands, (Commands{ID_FIRST, ID_SECOND}));
-    EXPECT_FALSE(key(dialog, dialog, WM_CHAR, '&'));
-    EXPECT_FALSE(key(dialog, dialog, WM_CHAR, 's'));
-
-    EXPECT_TRUE(key(dialog, dialog, WM_CHAR, 'l'));
-    EXPECT_FALSE(key(dialog, dialog, WM_CHAR, 'f')) << "the list takes plain letters itself";
-    constexpr UINT WITH_ALT = 262;
-    EXPECT_TRUE(key(dialog, dialog, WITH_ALT, 'f'));
-
     EnableWindow(GetDlgItem(dialog, ID_SECOND), 0);
-    EXPECT_FALSE(key(dialog, dialog, WITH_ALT, 'o'));
-    EXPECT_EQ(m_commands, (Commands{ID_FIRST, ID_SECOND, ID_FIRST}));
+    EXPECT_EQ(type(dialog, "!o"), Commands{0});
+    EXPECT_FALSE(press(dialog, 'F')) << "a key, not a character";
     DestroyWindow(dialog);
 }
 
@@ -196,10 +218,7 @@ TEST_F(DialogTest, EscapeAndTheCloseBoxAreTheCancelCommand) {
     DestroyWindow(dialog);
 
     const HWND bare = make(BARE);
-    EXPECT_TRUE(press(bare, RETURN));
-    EXPECT_TRUE(press(bare, TAB));
-    EXPECT_TRUE(press(bare, ESCAPE));
-    EXPECT_EQ((Commands{m_commands.begin() + 3, m_commands.end()}), (Commands{IDOK, IDCANCEL}));
+    EXPECT_EQ(type(bare, "\r\t\x1b"), (Commands{IDOK, IDCANCEL}));
     DestroyWindow(bare);
 }
 
@@ -238,40 +257,21 @@ TEST_F(DialogTest, AnswersWithTheResultThatWasSet) {
 
 TEST_F(DialogTest, RunsUntilItIsEndedWithItsOwnerDisabled) {
     const HWND owner = make(BARE);
-    bool wasEnabled = true;
-    bool wasVisible = false;
-    LPARAM param = 0;
-    handler = [&](const Event& event) {
-        if (event.message == WM_INITDIALOG) {
-            param = event.lParam;
-            PostMessageA(event.window, WM_APP, 0, 0);
-        } else if (event.message == WM_APP) {
-            wasEnabled = IsWindowEnabled(owner) != 0;
-            wasVisible = IsWindowVisible(event.window) != 0;
-            EndDialog(event.window, 42);
-        }
-        return 0;
+    const auto look = [=](HWND dialog) {
+        EXPECT_FALSE(IsWindowEnabled(owner));
+        EXPECT_TRUE(IsWindowVisible(dialog)) << "the loop shows it";
+        EndDialog(dialog, 42);
     };
-    EXPECT_EQ(RunModalDialog(DIALOG, owner, procedure, 77), 42);
-    EXPECT_EQ(param, 77);
-    EXPECT_FALSE(wasEnabled);
-    EXPECT_TRUE(wasVisible) << "the loop shows it";
+    EXPECT_EQ(runModal(DIALOG, look, nullptr, owner), 42);
     EXPECT_TRUE(IsWindowEnabled(owner));
     EXPECT_EQ(FindWindowA(nullptr, "A dialog"), 0U);
     DestroyWindow(owner);
 }
 
 TEST_F(DialogTest, LeavesADialogAloneThatShowedItself) {
-    handler = [](const Event& event) {
-        if (event.message == WM_INITDIALOG) {
-            ShowWindow(event.window, SW_SHOWMINNOACTIVE);
-            PostMessageA(event.window, WM_APP, 0, 0);
-        } else if (event.message == WM_APP) {
-            EndDialog(event.window, IsIconic(event.window) != 0 ? 1 : 2);
-        }
-        return 0;
-    };
-    EXPECT_EQ(RunModalDialog(DIALOG, 0, procedure, 0), 1);
+    const auto look = [](HWND dialog) { EndDialog(dialog, IsIconic(dialog) != 0 ? 1 : 2); };
+    const auto show = [](HWND dialog) { ShowWindow(dialog, SW_SHOWMINNOACTIVE); };
+    EXPECT_EQ(runModal(DIALOG, look, show), 1);
 }
 
 TEST_F(DialogTest, EndsByAMessageThatAnotherThreadSends) {
@@ -307,64 +307,32 @@ TEST_F(DialogTest, ServesOtherDialogsAndTheirKeysMeanwhile) {
 TEST_F(DialogTest, TakesTheDialogsInsideItAlongToItsEnd) {
     int inner = 0;
     HWND outer = 0;
-    handler = [&](const Event& event) {
-        if (event.message == WM_INITDIALOG) {
-            outer = outer == 0 ? event.window : outer;
-            PostMessageA(event.window, WM_APP, 0, 0);
-        } else if (event.message == WM_APP && event.window == outer) {
-            inner = RunModalDialog(BARE, outer, procedure, 0);
-        } else if (event.message == WM_APP) {
+    const auto nest = [&](HWND dialog) {
+        if (outer != 0) {
             EndDialog(outer, 9);
+            return;
         }
-        return 0;
+        outer = dialog;
+        inner = RunModalDialog(BARE, outer, procedure, 77);
     };
-    EXPECT_EQ(RunModalDialog(DIALOG, 0, procedure, 0), 9);
+    EXPECT_EQ(runModal(DIALOG, nest), 9);
     EXPECT_EQ(inner, IDCANCEL);
 }
 
 TEST_F(DialogTest, EndsWithItsWindowAndWithTheThreadsLoops) {
-    handler = [](const Event& event) {
-        if (event.message == WM_INITDIALOG) {
-            PostMessageA(event.window, WM_APP, 0, 0);
-        } else if (event.message == WM_APP) {
-            DestroyWindow(event.window);
-        }
-        return 0;
-    };
-    EXPECT_EQ(RunModalDialog(BARE, 0, procedure, 0), IDCANCEL);
-
-    handler = [](const Event& event) {
-        if (event.message == WM_INITDIALOG) {
-            PostQuitMessage(3);
-        }
-        return 0;
-    };
-    EXPECT_EQ(RunModalDialog(BARE, 0, procedure, 0), IDCANCEL);
+    const auto destroy = [](HWND dialog) { DestroyWindow(dialog); };
+    EXPECT_EQ(runModal(BARE, destroy), IDCANCEL);
+    EXPECT_EQ(runModal(BARE, nullptr, [](HWND) { PostQuitMessage(3); }), IDCANCEL);
     MSG message{};
     EXPECT_EQ(GetMessageA(&message, 0, 0, 0), 0) << "the loops outside end too";
     EXPECT_EQ(message.wParam, 3U);
 }
 
 TEST_F(DialogTest, MayBeEndedOrDestroyedBeforeItIsReady) {
-    handler = [](const Event& event) {
-        return event.message == WM_INITDIALOG ? EndDialog(event.window, 4) : 0;
-    };
-    EXPECT_EQ(RunModalDialog(BARE, 0, procedure, 0), 4);
-    handler = [](const Event& event) {
-        return event.message == WM_INITDIALOG ? DestroyWindow(event.window) : 0;
-    };
-    EXPECT_EQ(RunModalDialog(BARE, 0, procedure, 0), -1);
-    EXPECT_EQ(make(BARE), 0U);
+    EXPECT_EQ(runModal(BARE, nullptr, [](HWND dialog) { EndDialog(dialog, 4); }), 4);
+    EXPECT_EQ(runModal(BARE, nullptr, [](HWND dialog) { DestroyWindow(dialog); }), -1);
+    EXPECT_EQ(CreateDialogFromTemplate(BARE, 0, procedure, 77), 0U);
     EXPECT_FALSE(EndDialog(0x12345, 1));
-}
-
-TEST_F(DialogTest, OutlivesMessagesOnItsOwnMakingFromElsewhere) {
-    const HWND dialog = make();
-    SendMessageA(dialog, WM_CREATE, 0, 0x1234);
-    SendMessageA(dialog, WM_INITDIALOG, 0, 0x1234);
-    click(dialog, ID_FIRST);
-    EXPECT_EQ(m_commands, Commands{ID_FIRST});
-    DestroyWindow(dialog);
 }
 
 TEST(MessageBoxTest, AnswersWithTheDefaultButtonAndTellsSo) {
@@ -385,40 +353,20 @@ TEST(MessageBoxTest, AnswersWithTheDefaultButtonAndTellsSo) {
               "    (answered \"OK\": no screen shows this desktop)\n");
 }
 
-/// Puts one end of a pipe in the place of standard error for as long as it lives.
-class ErrorsIntoPipe {
-public:
-    ErrorsIntoPipe() : m_before(dup(STDERR_FILENO)) {
-        EXPECT_EQ(pipe(m_ends.data()), 0);
-        dup2(m_ends[1], STDERR_FILENO);
-    }
-    ~ErrorsIntoPipe() {
-        dup2(m_before, STDERR_FILENO);
-        for (const int descriptor : {m_before, m_ends[0], m_ends[1]}) {
-            close(descriptor);
-        }
-    }
-    ErrorsIntoPipe(const ErrorsIntoPipe&) = delete;
-    ErrorsIntoPipe& operator=(const ErrorsIntoPipe&) = delete;
-
-    void loseReader() { close(std::exchange(m_ends[0], -1)); }
-
-private:
-    const int m_before;
-    std::array<int, 2> m_ends{};
-};
-
 TEST(MessageBoxTest, NeedsNobodyToReadIt) {
-    {
-        const ErrorsIntoPipe unread;
-        const std::string text(3000, 'x');
-        for (int time = 0; time < 100; ++time) {  // More than any pipe holds.
-            EXPECT_EQ(MessageBoxA(0, text.c_str(), "caption", MB_OK), IDOK);
-        }
+    const int before = dup(STDERR_FILENO);
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe(ends.data()), 0);
+    dup2(ends[1], STDERR_FILENO);
+    const std::string text(3000, 'x');
+    for (int time = 0; time < 100; ++time) {  // More than any pipe holds.
+        EXPECT_EQ(MessageBoxA(0, text.c_str(), "caption", MB_OK), IDOK);
     }
-    ErrorsIntoPipe broken;
-    broken.loseReader();
+    close(ends[0]);
     EXPECT_EQ(MessageBoxA(0, "text", "caption", MB_OKCANCEL), IDOK);
+    dup2(before, STDERR_FILENO);
+    close(before);
+    close(ends[1]);
 }
 
 TEST(ResourceTest, AreFoundByNumberInTheOrderTheyCame) {
@@ -442,20 +390,21 @@ TEST(ResourceTest, AreFoundByNumberInTheOrderTheyCame) {
 TEST_F(DialogTest, HasAMenuOfItsOwn) {
     const HWND dialog = make();
     SystemMenu* menu = GetSystemMenu(dialog);
-    ASSERT_NE(menu, nullptr);
-    EXPECT_EQ(GetSystemMenu(dialog), menu);
-    EXPECT_EQ(EnableMenuItem(menu, SC_MAXIMIZE, MF_BYCOMMAND | MF_GRAYED), 0);
-    EXPECT_EQ(EnableMenuItem(menu, SC_MAXIMIZE, MF_BYCOMMAND), static_cast<int>(MF_GRAYED));
-    EXPECT_EQ(EnableMenuItem(menu, 16, MF_BYCOMMAND), -1);
+    const auto enable = [&](UINT item, UINT flags = 0) {
+        return EnableMenuItem(GetSystemMenu(dialog), item, MF_BYCOMMAND | flags);
+    };
+    EXPECT_EQ(enable(SC_MAXIMIZE, MF_GRAYED), 0);
+    EXPECT_EQ(enable(SC_MAXIMIZE), static_cast<int>(MF_GRAYED));
+    EXPECT_EQ(enable(16), -1);
     EXPECT_TRUE(AppendMenuA(menu, MF_SEPARATOR, 0, nullptr));
     EXPECT_TRUE(AppendMenuA(menu, MF_STRING, 16, "&About"));
-    EXPECT_EQ(EnableMenuItem(menu, 16, MF_BYCOMMAND), 0);
-    EXPECT_EQ(EnableMenuItem(menu, 0, MF_BYCOMMAND), -1) << "a separator is no command";
+    EXPECT_EQ(enable(16), 0);
+    EXPECT_EQ(enable(0), -1) << "a separator is no command";
+    const HWND other = make();
+    EXPECT_EQ(EnableMenuItem(GetSystemMenu(other), 16, MF_BYCOMMAND), -1);
+    DestroyWindow(other);
     DestroyWindow(dialog);
     EXPECT_EQ(GetSystemMenu(dialog), nullptr);
-    const HWND next = make();
-    EXPECT_EQ(EnableMenuItem(GetSystemMenu(next), 16, MF_BYCOMMAND), -1);
-    DestroyWindow(next);
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <random>
 #include <set>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "platform/desktop/message.h"
@@ -20,8 +19,8 @@ LPARAM in(const char* text) { return reinterpret_cast<LPARAM>(text); }
 
 class ListBoxTest : public TestDesktop {
 protected:
-    explicit ListBoxTest(DWORD style = LBS_SORT) {
-        const DialogControl control{1001, "ListBox", "", WS_VISIBLE | style, 0, 0, 10, 10};
+    ListBoxTest() {
+        const DialogControl control{1001, "ListBox", "", WS_VISIBLE | LBS_SORT, 0, 0, 10, 10};
         const DialogTemplate dialog{1, "", WS_POPUP, 0, 10, 10, "MS Sans Serif", 8, {&control, 1}};
         m_dialog = CreateDialogFromTemplate(dialog, 0, ignore, 0);
         m_list = GetDlgItem(m_dialog, 1001);
@@ -53,11 +52,6 @@ protected:
 
     HWND m_dialog = 0;
     HWND m_list = 0;
-};
-
-class UnsortedListBoxTest : public ListBoxTest {
-protected:
-    UnsortedListBoxTest() : ListBoxTest(0) {}
 };
 
 using Lines = std::vector<std::string>;
@@ -125,13 +119,6 @@ TEST_F(ListBoxTest, StillFindsWhatWasPutOutOfOrder) {
     EXPECT_EQ(lines(), (Lines{"a", "b"})) << "sorted anew";
 }
 
-TEST_F(UnsortedListBoxTest, AddsAtTheEnd) {
-    EXPECT_EQ(add("b"), 0);
-    EXPECT_EQ(add("a"), 1);
-    EXPECT_EQ(lines(), (Lines{"b", "a"}));
-    EXPECT_EQ(find(0, "A"), 1);
-}
-
 TEST_F(ListBoxTest, AnswersWhatItDoesNotHaveWithAnError) {
     add("one");
     char buffer[16] = "untouched";
@@ -176,37 +163,9 @@ TEST_F(ListBoxTest, TellsViewersOfEachChangeAndOfNothingElse) {
     EXPECT_EQ(changesBy(LB_FINDSTRINGEXACT, 0, in("a")), 0U);
 }
 
-TEST_F(ListBoxTest, IsReadFromAnotherThread) {
-    const DWORD own = GetWindowThreadProcessId(m_list, nullptr);
-    ASSERT_NE(own, 0U);
-    add("existing");
-    std::string read(64, '\0');
-    LRESULT added = -7;
-    LRESULT length = -7;
-    std::thread reader([&] {
-        added = SendMessageA(m_list, LB_ADDSTRING, 0, in("added"));
-        length = SendMessageA(m_list, LB_GETTEXT, 1, reinterpret_cast<LPARAM>(read.data()));
-        PostMessageA(m_dialog, WM_APP, 0, 0);
-    });
-    MSG message{};
-    while (GetMessageA(&message, 0, 0, 0) > 0 && message.message != WM_APP) {
-        DispatchMessageA(&message);
-    }
-    reader.join();
-    EXPECT_EQ(added, 0);
-    EXPECT_EQ(length, 8);
-    EXPECT_STREQ(read.c_str(), "existing");
-}
-
 TEST_F(ListBoxTest, CutsALineThatNoReaderHasRoomFor) {
     add(std::string(70'000, 'x'));
     EXPECT_EQ(tell(LB_GETTEXTLEN, 0), 59'999);
-}
-
-TEST_F(ListBoxTest, OutlivesMessagesOnItsOwnMakingFromElsewhere) {
-    add("kept");
-    EXPECT_EQ(tell(WM_CREATE, 0, 0x1234), 0);
-    EXPECT_EQ(lines(), Lines{"kept"});
 }
 
 }  // namespace
