@@ -1,5 +1,6 @@
 #include "tests/hub/HubFixture.h"
 
+#include <cstdio>
 #include <cstring>
 #include <map>
 
@@ -35,13 +36,11 @@ LRESULT toolProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 void registerClasses() {
-    WNDCLASSA windowClass{};
-    windowClass.lpfnWndProc = toolProcedure;
-    windowClass.lpszClassName = TOOL_CLASS;
-    RegisterClassA(&windowClass);
-    windowClass.lpfnWndProc = AfxGetAfxWndProc();
-    windowClass.lpszClassName = HUB_WINDOW_CLASS;
-    RegisterClassA(&windowClass);
+    for (const WNDCLASSA& windowClass :
+         {WNDCLASSA{0, toolProcedure, 0, 0, 0, TOOL_CLASS},
+          WNDCLASSA{0, AfxGetAfxWndProc(), 0, 0, 0, HUB_WINDOW_CLASS}}) {
+        RegisterClassA(&windowClass);
+    }
 }
 
 }  // namespace
@@ -120,18 +119,22 @@ std::vector<std::string> HubTest::lines() const {
     return lines;
 }
 
+std::string HubTest::hex(HWND window) {
+    char text[16];
+    std::snprintf(text, sizeof text, "%x", window);
+    return text;
+}
+
 bool HubTest::allSlotsFree() const {
-    IpcMessage* last = nullptr;
     std::vector<IpcMessage*> slots(64);
     for (IpcMessage*& slot : slots) {
-        last = slot = ipcMemAlloc(sizeof(IpcMessage));
+        slot = ipcMemAlloc(sizeof(IpcMessage));
     }
+    const bool allFree = slots.back() != nullptr;
     for (IpcMessage* slot : slots) {
-        if (slot) {
-            ipcMemFree(slot);
-        }
+        ipcMemFree(slot);
     }
-    return last != nullptr;
+    return allFree;
 }
 
 }  // namespace juntora::test

@@ -35,6 +35,7 @@ protected:
 
     /// The lines of the activity list in its order.
     std::vector<std::string> lines() const;
+    static std::string hex(HWND window);
     /// Whether all slots of the block have been given back.
     bool allSlotsFree() const;
 

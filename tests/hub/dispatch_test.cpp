@@ -16,12 +16,6 @@ namespace {
 using HubDispatch = test::HubTest;
 using Texts = std::vector<std::string>;
 
-std::string hex(HWND window) {
-    char text[16];
-    std::snprintf(text, sizeof text, "%x", window);
-    return text;
-}
-
 TEST_F(HubDispatch, SignOnGivesNumbersNamesAndLines) {
     EXPECT_EQ(m_bHadClient, 0);
     const HWND first = attach("Draftel");

@@ -13,21 +13,6 @@
 namespace juntora {
 namespace {
 
-TEST(TextScanTest, ReadsFieldsInTurn) {
-    TextScan scan(" \t Draftel;x%s\xE4  +117707rest");
-    std::string_view name;
-    std::int32_t number = 0;
-    EXPECT_TRUE(scan.word(&name));
-    EXPECT_EQ(name, "Draftel;x%s\xE4");
-    EXPECT_TRUE(scan.decimal(&number));
-    EXPECT_EQ(number, 117707);
-    EXPECT_FALSE(scan.decimal(&number));
-    EXPECT_EQ(number, 117707);
-    EXPECT_TRUE(scan.word(&name));
-    EXPECT_EQ(name, "rest");
-    EXPECT_FALSE(scan.word(&name));
-}
-
 TEST(TextScanTest, NumbersBeyondTheirWidthAreNone) {
     std::int32_t number = 7;
     EXPECT_TRUE(TextScan("-2147483648").decimal(&number));
@@ -74,17 +59,6 @@ struct Slot {
 
     explicit Slot(char filling) { std::memset(static_cast<void*>(this), filling, sizeof *this); }
 };
-
-TEST(RecordTextTest, EndsWithTheField) {
-    Slot slot('x');
-    const RecordText whole(slot.record);
-    EXPECT_EQ(whole.view().size(), static_cast<std::size_t>(IPC_TEXT_FIELD));
-    EXPECT_EQ(std::strlen(whole.c_str()), static_cast<std::size_t>(IPC_TEXT_FIELD));
-    std::strcpy(slot.record.text, "short");
-    EXPECT_EQ(RecordText(slot.record).view(), "short");
-    slot.record.text[0] = '\0';
-    EXPECT_EQ(RecordText(slot.record).view(), "");
-}
 
 TEST(RecordTextTest, RepliesStayInsideTheSendersRoomAndTheField) {
     struct Case {
