@@ -1,14 +1,11 @@
 // Coming to a desktop: whom it lets in, and what it makes of files that it cannot use.
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <iterator>
 #include <string>
 
 #include "tests/platform/Peer.h"
@@ -21,20 +18,12 @@ namespace fs = std::filesystem;
 
 class OpeningTest : public ::testing::Test {
 protected:
-    /// Starts a program that cannot come in, and returns what it says.
-    /// `setting` takes the place of the sandbox's own.
-    std::string refusal(const std::string& setting = "") {
-        ChildProcess::Options options;
-        options.environment = sandbox.environment();
-        const std::string name = setting.substr(0, setting.find('=') + 1);
-        std::erase_if(options.environment, [&](const std::string& variable) {
-            return !name.empty() && variable.starts_with(name);
-        });
-        if (!setting.empty()) {
-            options.environment.push_back(setting);
-        }
-        options.keepErrors = true;
-        ChildProcess process("platform_peer", {"refused"}, options);
+    /// Starts a program that cannot come in, and returns what it says. `setting` takes the place of
+    /// the sandbox's own.
+    std::string refusal(const std::string& setting = "UNUSED=") {
+        std::vector<std::string> environment = sandbox.environment();
+        environment.push_back(setting);
+        ChildProcess process("platform_peer", {"refused"}, {environment, "", true});
         EXPECT_EQ(1, process.wait().value_or(-1));
         EXPECT_EQ(0U, process.errors().find("juntora: ")) << process.errors();
         return process.errors();

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -18,12 +19,11 @@
 #include "tests/support/ProcessDescriptor.h"
 
 namespace juntora::test {
-
 namespace {
 
 struct Pipe {
-    int read = -1;
-    int write = -1;
+    Descriptor read;
+    Descriptor write;
 };
 
 Pipe makePipe() {
@@ -31,38 +31,7 @@ Pipe makePipe() {
     if (pipe2(ends.data(), O_CLOEXEC) != 0) {
         throw std::runtime_error(std::string("no pipe: ") + std::strerror(errno));
     }
-    return {ends[0], ends[1]};
-}
-
-void closeEnd(int& descriptor) {
-    if (descriptor >= 0) {
-        close(descriptor);
-    }
-    descriptor = -1;
-}
-
-std::string nameOf(const std::string& assignment) {
-    return assignment.substr(0, assignment.find('=') + 1);
-}
-
-std::vector<std::string> mergedEnvironment(const std::vector<std::string>& changes) {
-    std::vector<std::string> merged;
-    const auto isChanged = [&](const std::string& entry) {
-        return std::any_of(changes.begin(), changes.end(), [&](const std::string& change) {
-            return nameOf(change) == nameOf(entry);
-        });
-    };
-    for (char** entry = environ; *entry != nullptr; ++entry) {
-        if (!isChanged(*entry)) {
-            merged.emplace_back(*entry);
-        }
-    }
-    for (const std::string& change : changes) {
-        if (nameOf(change) != change) {
-            merged.push_back(change);
-        }
-    }
-    return merged;
+    return {Descriptor(ends[0]), Descriptor(ends[1])};
 }
 
 std::vector<char*> pointersTo(std::vector<std::string>& texts) {
@@ -74,33 +43,21 @@ std::vector<char*> pointersTo(std::vector<std::string>& texts) {
     return pointers;
 }
 
-struct Launch {
-    std::string path;
-    std::vector<char*> arguments;
-    std::vector<char*> environment;
-    const char* folder;
-    int input;
-    int output;
-    int errorOutput;  ///< -1: the test's own.
-    int failure;      ///< Takes errno when the program cannot be executed; closed by the exec.
-    pid_t parent;
-};
-
-[[noreturn]] void runChild(const Launch& launch) {
+/// In the child: becomes the program, as it would start from a shell.
+[[noreturn]] void execute(std::vector<std::string> arguments, ChildProcess::Options options,
+                          pid_t parent) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
     signal(SIGPIPE, SIG_DFL);
-    const bool ready = getppid() == launch.parent && dup2(launch.input, STDIN_FILENO) >= 0 &&
-                       dup2(launch.output, STDOUT_FILENO) >= 0 &&
-                       (launch.errorOutput < 0 || dup2(launch.errorOutput, STDERR_FILENO) >= 0) &&
-                       (launch.folder == nullptr || chdir(launch.folder) == 0);
-    if (ready) {
-        execve(launch.path.c_str(), launch.arguments.data(), launch.environment.data());
+    for (std::string& setting : options.environment) {
+        putenv(setting.data());
     }
-    const int error = errno;
-    [[maybe_unused]] const ssize_t told = write(launch.failure, &error, sizeof error);
+    if (getppid() == parent && (options.folder.empty() || chdir(options.folder.c_str()) == 0)) {
+        execv(arguments[0].c_str(), pointersTo(arguments).data());
+    }
+    std::perror(("cannot run " + arguments[0]).c_str());
     _exit(127);
 }
 
@@ -122,71 +79,34 @@ ChildProcess::ChildProcess(const std::string& program, std::vector<std::string> 
     signal(SIGPIPE, SIG_IGN);
     const bool bare = program.find('/') == std::string::npos;
     arguments.insert(arguments.begin(), bare ? ProgramFolder() + "/" + program : program);
-    std::vector<std::string> environment = mergedEnvironment(options.environment);
-
     Pipe input = makePipe();
     Pipe output = makePipe();
     Pipe errors = options.keepErrors ? makePipe() : Pipe{};
-    Pipe failure = makePipe();
-    const Launch launch{arguments.front(),
-                        pointersTo(arguments),
-                        pointersTo(environment),
-                        options.folder.empty() ? nullptr : options.folder.c_str(),
-                        input.read,
-                        output.write,
-                        errors.write,
-                        failure.write,
-                        getpid()};
+    const pid_t parent = getpid();
     m_pid = fork();
     if (m_pid == 0) {
-        runChild(launch);
-    }
-    m_pidDescriptor = m_pid < 0 ? -1 : openProcess(m_pid);
-    closeEnd(input.read);
-    closeEnd(output.write);
-    closeEnd(errors.write);
-    closeEnd(failure.write);
-    m_input = input.write;
-    m_output = output.read;
-    m_errorOutput = errors.read;
-    for (const int descriptor : {m_output, m_errorOutput}) {
-        if (descriptor >= 0) {
-            fcntl(descriptor, F_SETFL, O_NONBLOCK);
+        dup2(input.read, STDIN_FILENO);
+        dup2(output.write, STDOUT_FILENO);
+        if (options.keepErrors) {
+            dup2(errors.write, STDERR_FILENO);
         }
+        execute(std::move(arguments), options, parent);
     }
-
-    int error = m_pid < 0 ? errno : 0;
-    [[maybe_unused]] const ssize_t told = read(failure.read, &error, sizeof error);
-    closeEnd(failure.read);
-    if (error != 0) {
-        if (m_pid >= 0) {
-            kill();
-            collect();
-        }
-        for (int* descriptor : {&m_input, &m_output, &m_errorOutput, &m_pidDescriptor}) {
-            closeEnd(*descriptor);
-        }
-        throw std::runtime_error("cannot run " + launch.path + ": " + std::strerror(error));
+    m_process = openProcess(m_pid);
+    if (m_process < 0) {
+        throw std::runtime_error(std::string("no child: ") + std::strerror(errno));
     }
+    m_input = std::move(input.write);
+    m_output = std::move(output.read);
+    m_errorOutput = std::move(errors.read);
+    fcntl(m_output, F_SETFL, O_NONBLOCK);
+    fcntl(m_errorOutput, F_SETFL, O_NONBLOCK);
 }
 
-ChildProcess::ChildProcess(ChildProcess&& other) noexcept
-    : m_pid(std::exchange(other.m_pid, -1)),
-      m_pidDescriptor(std::exchange(other.m_pidDescriptor, -1)),
-      m_input(std::exchange(other.m_input, -1)),
-      m_output(std::exchange(other.m_output, -1)),
-      m_errorOutput(std::exchange(other.m_errorOutput, -1)),
-      m_read(std::move(other.m_read)),
-      m_errors(std::move(other.m_errors)),
-      m_result(other.m_result) {}
-
 ChildProcess::~ChildProcess() {
-    if (m_pid >= 0 && !m_result) {
+    if (m_process >= 0 && !m_result) {  // Nothing is left to an object that was moved from.
         kill();
         collect();
-    }
-    for (int* descriptor : {&m_input, &m_output, &m_errorOutput, &m_pidDescriptor}) {
-        closeEnd(*descriptor);
     }
 }
 
@@ -207,34 +127,29 @@ void ChildProcess::kill(int signal) {
     }
 }
 
-void ChildProcess::closeInput() { closeEnd(m_input); }
-
 bool ChildProcess::writeLine(std::string_view line) {
-    const std::string whole = std::string(line) + "\n";
-    std::size_t written = 0;
-    while (written < whole.size() && m_input >= 0) {
-        const ssize_t step = write(m_input, whole.data() + written, whole.size() - written);
+    std::string left = std::string(line) + "\n";
+    while (!left.empty() && m_input >= 0) {
+        const ssize_t step = write(m_input, left.data(), left.size());
         if (step < 0 && errno != EINTR) {
             return false;
         }
-        written += step > 0 ? static_cast<std::size_t>(step) : 0;
+        left.erase(0, static_cast<std::size_t>(std::max<ssize_t>(step, 0)));
     }
     return m_input >= 0;
 }
 
-bool ChildProcess::drain(int& descriptor, std::string& into) {
+void ChildProcess::drain(Descriptor& descriptor, std::string& into) {
     std::array<char, 4096> part{};
-    while (descriptor >= 0) {
-        const ssize_t step = read(descriptor, part.data(), part.size());
+    ssize_t step = 0;
+    while (descriptor >= 0 && (step = read(descriptor, part.data(), part.size())) != 0) {
         if (step > 0) {
             into.append(part.data(), static_cast<std::size_t>(step));
-        } else if (step < 0 && errno == EAGAIN) {
-            return true;
-        } else if (step == 0 || errno != EINTR) {
-            closeEnd(descriptor);
+        } else if (errno != EINTR) {
+            return;
         }
     }
-    return false;
+    descriptor.reset();
 }
 
 /// Takes in what has come, after waiting for output or, with `untilEnd`, also for the child's end.
@@ -242,22 +157,20 @@ bool ChildProcess::drain(int& descriptor, std::string& into) {
 bool ChildProcess::waitForEvent(Deadline deadline, bool untilEnd) {
     std::array<pollfd, 3> watched{{{m_output, POLLIN, 0},
                                    {m_errorOutput, POLLIN, 0},
-                                   {untilEnd ? m_pidDescriptor : -1, POLLIN, 0}}};
+                                   {untilEnd ? m_process : -1, POLLIN, 0}}};
     if (m_output < 0 && m_errorOutput < 0 && !untilEnd) {
         return false;
     }
     const auto left = std::chrono::ceil<Milliseconds>(deadline - std::chrono::steady_clock::now());
     const int timeout = static_cast<int>(std::max<Milliseconds::rep>(left.count(), 0));
     const int ready = poll(watched.data(), watched.size(), timeout);
+    const bool hasEnded = watched[2].revents != 0;
+    if (hasEnded) {
+        collect();
+    }
     drain(m_output, m_read);
     drain(m_errorOutput, m_errors);
-    if (watched[2].revents != 0) {
-        collect();
-        drain(m_output, m_read);
-        drain(m_errorOutput, m_errors);
-        return false;
-    }
-    return ready != 0;
+    return ready != 0 && !hasEnded;
 }
 
 std::optional<std::string> ChildProcess::takeLine() {

@@ -11,6 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "tests/support/Descriptor.h"
+
 namespace juntora::test {
 
 /// The folder of the programs under test: JUNTORA_TEST_BIN, else that of the test's own binary.
@@ -27,23 +29,19 @@ public:
     static constexpr Milliseconds PATIENCE{10'000};
 
     struct Options {
-        std::vector<std::string>
-            environment;          ///< "NAME=VALUE" over the test's own, "NAME=" unsets.
-        std::string folder;       ///< Current folder; empty for the test's own.
+        std::vector<std::string> environment{};  ///< "NAME=VALUE" over the test's own.
+        std::string folder{};                    ///< Current folder; empty for the test's own.
         bool keepErrors = false;  ///< Standard error goes to errors() and not to the test's own.
     };
 
-    /// Starts `program`, a path, or a bare name of ProgramFolder(). Throws std::runtime_error when
-    /// it cannot be executed.
+    /// Starts `program`, a path, or a bare name of ProgramFolder(). One that cannot be executed
+    /// says so at its standard error and ends with 127.
     explicit ChildProcess(const std::string& program, std::vector<std::string> arguments = {})
         : ChildProcess(program, std::move(arguments), Options()) {}
     ChildProcess(const std::string& program, std::vector<std::string> arguments,
                  const Options& options);
     ~ChildProcess();
-    ChildProcess(ChildProcess&& other) noexcept;
-    ChildProcess(const ChildProcess&) = delete;
-    ChildProcess& operator=(const ChildProcess&) = delete;
-    ChildProcess& operator=(ChildProcess&&) = delete;
+    ChildProcess(ChildProcess&& other) noexcept = default;
 
     pid_t pid() const { return m_pid; }
     bool isRunning();
@@ -58,7 +56,7 @@ public:
 
     /// Writes `line` and a line end. False when the child takes no more input.
     bool writeLine(std::string_view line);
-    void closeInput();
+    void closeInput() { m_input.reset(); }
 
     void kill(int signal = SIGKILL);
     /// Waits for its end: the exit code, or 128 and the signal that killed it; nothing when it
@@ -73,14 +71,14 @@ private:
 
     std::optional<std::string> takeLine();
     bool waitForEvent(Deadline deadline, bool untilEnd);
-    static bool drain(int& descriptor, std::string& into);
+    static void drain(Descriptor& descriptor, std::string& into);
     void collect();
 
     pid_t m_pid = -1;
-    int m_pidDescriptor = -1;
-    int m_input = -1;
-    int m_output = -1;
-    int m_errorOutput = -1;
+    Descriptor m_process;
+    Descriptor m_input;
+    Descriptor m_output;
+    Descriptor m_errorOutput;
     std::string m_read;
     std::string m_errors;
     std::optional<int> m_result;

@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -22,7 +21,6 @@
 #include "tests/support/ProcessDescriptor.h"
 
 namespace juntora::test {
-
 namespace {
 
 namespace fs = std::filesystem;
@@ -57,15 +55,12 @@ int killStartedWith(const std::string& setting) {
             continue;
         }
         // Opened before the look at its environment: the number may pass to another process.
-        const int descriptor = openProcess(process);
+        const Descriptor descriptor = openProcess(process);
         if (descriptor >= 0 && wasStartedWith(process, setting)) {
             ++killed;
             signalProcess(descriptor, SIGKILL);
             pollfd ended{descriptor, POLLIN, 0};
             poll(&ended, 1, 5'000);
-        }
-        if (descriptor >= 0) {
-            close(descriptor);
         }
     }
     return killed;
@@ -86,7 +81,8 @@ void killAllStartedWith(const std::string& setting) {
     }
     dup2(word, 0);
     close_range(1, ~0U, 0);
-    std::array<pollfd, 2> watched{{{0, POLLIN, 0}, {openProcess(maker), POLLIN, 0}}};
+    const Descriptor process = openProcess(maker);
+    std::array<pollfd, 2> watched{{{0, POLLIN, 0}, {process, POLLIN, 0}}};
     if (getppid() == maker) {
         while (poll(watched.data(), watched.size(), -1) < 0 && errno == EINTR) {
         }

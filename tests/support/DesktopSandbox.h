@@ -20,8 +20,6 @@ public:
 
     /// XDG_RUNTIME_DIR.
     const std::string& runtimeFolder() const { return m_runtimeFolder; }
-    /// JUNTORA_DESKTOP.
-    const std::string& desktopName() const { return m_desktopName; }
     /// Where the desktop's files come to lie; made by the first process that opens it.
     std::string desktopFolder() const;
     /// TMPDIR: what programs leave there can be counted.

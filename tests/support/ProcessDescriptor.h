@@ -6,11 +6,13 @@
 #include <sys/types.h>
 #include <unistd.h>
 
+#include "tests/support/Descriptor.h"
+
 namespace juntora::test {
 
 /// A descriptor that polls readable once the process has ended; -1 with errno.
-inline int openProcess(pid_t process) {
-    return static_cast<int>(syscall(SYS_pidfd_open, process, 0));
+inline Descriptor openProcess(pid_t process) {
+    return Descriptor(static_cast<int>(syscall(SYS_pidfd_open, process, 0)));
 }
 
 inline bool signalProcess(int descriptor, int signal) {

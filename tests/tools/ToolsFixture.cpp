@@ -58,18 +58,12 @@ nlohmann::json Tool::ask(const std::string& line) {
 }
 
 Outcome ToolsTest::control(const std::vector<std::string>& arguments, const std::string& input) {
-    ChildProcess::Options options;
-    options.keepErrors = true;
-    ChildProcess process("juntoractl", arguments, options);
-    if (!input.empty()) {
-        process.writeLine(input);
-    }
+    ChildProcess process("juntoractl", arguments, {{}, "", true});
+    process.writeLine(input);
     process.closeInput();
-    Outcome outcome;
-    outcome.output = process.readAll();
-    outcome.code = process.wait().value_or(-1);
-    outcome.errors = process.errors();
-    return outcome;
+    const std::string output = process.readAll();
+    const int code = process.wait().value_or(-1);
+    return {code, output, process.errors()};
 }
 
 bool ToolsTest::hubRuns() { return ipcFindHub() != 0; }
@@ -85,10 +79,9 @@ bool ToolsTest::hubEnds() {
     if (process == 0) {
         return true;
     }
-    pollfd end{openProcess(process), POLLIN, 0};
-    const bool hasEnded = end.fd < 0 || poll(&end, 1, 90'000) == 1;
-    close(end.fd);
-    return hasEnded;
+    const Descriptor ended = openProcess(process);
+    pollfd watched{ended, POLLIN, 0};
+    return ended < 0 || poll(&watched, 1, 90'000) == 1;
 }
 
 }  // namespace juntora::test

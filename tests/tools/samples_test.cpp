@@ -53,10 +53,7 @@ TEST_F(SamplesTest, ThereIsOnePlanchet) {
 }
 
 TEST_F(SamplesTest, WithoutAHubAToolSaysSo) {
-    ChildProcess::Options options;
-    options.keepErrors = true;
-    options.environment = {"JUNTORA_DESKTOP=no/such"};
-    ChildProcess draftel("draftel", {}, options);
+    ChildProcess draftel("draftel", {}, {{"JUNTORA_DESKTOP=no/such"}, "", true});
     EXPECT_EQ(draftel.wait(), 1);
     EXPECT_NE(draftel.errors().find("Draftel: no window"), std::string::npos) << draftel.errors();
 }
