@@ -7,13 +7,11 @@
 #include <algorithm>
 #include <map>
 
-#include "ipc/IpcMessage.h"
+#include <climits>
+
 #include "platform/desktop/message.h"
-#include "platform/desktop/window.h"
-#include "platform/kernel/sync.h"
-#include "tests/calls/Markers.h"
-#include "tests/support/ChildProcess.h"
-#include "tests/support/TestDesktop.h"
+#include "tests/support/HubProcess.h"
+#include "tests/support/Markers.h"
 
 namespace juntora::test {
 namespace {
@@ -21,39 +19,27 @@ namespace {
 /// Follows processes from system call to system call and counts those of the measured stretch.
 class Tracer {
 public:
+    explicit Tracer(bool isMeasuring) : m_isMeasuring(isMeasuring) {}
+
     void follow(pid_t process) {
         ASSERT_EQ(0, ptrace(PTRACE_SEIZE, process, nullptr, PTRACE_O_TRACESYSGOOD));
         ASSERT_EQ(0, ptrace(PTRACE_INTERRUPT, process, nullptr, nullptr));
         ASSERT_EQ(process, waitpid(process, nullptr, __WALL));
         resume(process, 0);
-        m_followed[process] = true;
     }
 
-    /// Until `process` has ended; its exit status.
-    int runUntilEndOf(pid_t process) {
-        for (;;) {
-            int status = 0;
-            const pid_t stopped = waitpid(-1, &status, __WALL);
-            if (WIFEXITED(status) || WIFSIGNALED(status)) {
-                if (stopped == process) {
-                    return status;
-                }
-            } else if (m_followed.contains(stopped)) {
-                handleStop(stopped, status);
-            }
-        }
-    }
-
-    /// Lets a process go on until it has made `calls` more system calls.
-    std::map<std::uint64_t, int> watch(pid_t process, int calls) {
-        m_measuring = true;
+    /// Until `process` has ended, with its exit status, or `calls` have been counted.
+    int runUntilEndOf(pid_t process, int calls = INT_MAX) {
         while (m_total < calls) {
             int status = 0;
-            if (waitpid(process, &status, __WALL) == process) {
-                handleStop(process, status);
+            const pid_t stopped = waitpid(-1, &status, __WALL);
+            if (WIFSTOPPED(status)) {
+                handleStop(stopped, status);
+            } else if (stopped == process) {
+                return status;
             }
         }
-        return m_counts;
+        return 0;
     }
 
     int total() const { return m_total; }
@@ -81,38 +67,27 @@ private:
 
     void count(const __ptrace_syscall_info& call) {
         if (call.entry.nr == static_cast<std::uint64_t>(MARKER_CALL)) {
-            m_measuring = call.entry.args[0] == static_cast<std::uint64_t>(MARKER_BEGIN);
-        } else if (m_measuring && call.entry.nr != SYS_clock_nanosleep) {
+            m_isMeasuring = call.entry.args[0] == static_cast<std::uint64_t>(MARKER_BEGIN);
+        } else if (m_isMeasuring && call.entry.nr != SYS_clock_nanosleep) {
             ++m_counts[call.entry.nr];
             ++m_total;
         }
     }
 
-    std::map<pid_t, bool> m_followed;
+    bool m_isMeasuring;
     std::map<std::uint64_t, int> m_counts;
-    bool m_measuring = false;
     int m_total = 0;
 };
 
-class CallsTest : public TestDesktop {
+class CallsTest : public HubProcess {
 protected:
-    CallsTest() : m_planchet(CreateMutexA(false, "TarvexVoltaraPlanchetFindWnd16.6.0")) {}
-    ~CallsTest() override { CloseHandle(m_planchet); }
-
-    static void awaitHub() {
-        while (FindWindowA(HUB_WINDOW_CLASS, HUB_WINDOW_TITLE) == 0) {
-            Sleep(1);
-        }
-    }
-
     /// System calls of client and hub together for each request.
     double callsEach(int calls, const char* pause) {
-        ChildProcess hub("juntora");
-        awaitHub();
-        ChildProcess client("calls_client", {std::to_string(calls), pause});
+        startHub();
+        ChildProcess client("test_tool", {std::to_string(calls), pause}, {{"TOOL_DOES=ask"}});
         EXPECT_EQ("signed on", client.readLine());
-        Tracer tracer;
-        tracer.follow(hub.pid());
+        Tracer tracer(false);
+        tracer.follow(m_hub->pid());
         tracer.follow(client.pid());
         client.writeLine("go");
         EXPECT_EQ(0, tracer.runUntilEndOf(client.pid()));
@@ -121,9 +96,6 @@ protected:
         }
         return static_cast<double>(tracer.total()) / calls;
     }
-
-private:
-    HANDLE m_planchet;
 };
 
 TEST_F(CallsTest, BackToBackARequestTakesHardlyAny) {
@@ -145,18 +117,17 @@ TEST_F(CallsTest, PacedARequestTakesTwoWakesAndTwoSleeps) {
 }
 
 TEST_F(CallsTest, AnIdleHubMakesThoseOfItsTimerAlone) {
-    ChildProcess hub("juntora");
-    awaitHub();
-    Tracer tracer;
-    tracer.follow(hub.pid());
+    startHub();
+    Tracer tracer(true);
+    tracer.follow(m_hub->pid());
     constexpr int CALLS = 4;
     constexpr DWORD TICK = 4'000;
     const DWORD start = GetTickCount();
-    const auto counts = tracer.watch(hub.pid(), CALLS);
+    tracer.runUntilEndOf(m_hub->pid(), CALLS);
     // Each tick costs the wait for the next one. The first calls are those that the tracer's coming
     // has broken off.
     EXPECT_GE(GetTickCount() - start, (CALLS - 2) * TICK - TICK / 2);
-    for (const auto& [number, count] : counts) {
+    for (const auto& [number, count] : tracer.counts()) {
         EXPECT_TRUE(number == SYS_futex || number == SYS_restart_syscall)
             << "system call " << number << ", " << count << " times";
     }

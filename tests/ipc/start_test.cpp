@@ -15,7 +15,7 @@ protected:
         std::filesystem::remove_all(m_base);
         std::filesystem::create_directories(m_base + "/tools");
         std::filesystem::create_directories(m_base + "/path");
-        std::filesystem::copy_file(ProgramFolder() + "/ipc_starter", m_tool);
+        std::filesystem::copy_file(ProgramFolder() + "/test_tool", m_tool);
     }
 
     void install(const std::string& program, const std::string& folder) {
@@ -26,12 +26,12 @@ protected:
     }
     /// What the tool prints.
     std::string run(const std::string& does, const std::vector<std::string>& arguments = {}) {
-        ChildProcess::Options options;
-        options.environment = {"STARTER_DOES=" + does, "FAKE_HUB_NOTE=" + m_note,
-                               "PATH=" + m_base + "/path"};
-        options.folder = m_base;  // The current folder is looked into as well.
-        options.keepErrors = true;
-        ChildProcess tool(m_tool, arguments, options);
+        // The current folder is looked into as well.
+        ChildProcess tool(
+            m_tool, arguments,
+            {{"TOOL_DOES=" + does, "FAKE_HUB_NOTE=" + m_note, "PATH=" + m_base + "/path"},
+             m_base,
+             true});
         std::string line = tool.readLine().value_or("");
         EXPECT_EQ(tool.wait(), 0);
         m_errors = tool.errors();
@@ -44,7 +44,6 @@ protected:
         std::getline(file, line);
         return line;
     }
-    std::size_t lengthOfProgram() const { return (m_base + "/tools/Juntora.exe ").size(); }
 
     std::string m_base = sandbox().runtimeFolder() + "/start";
     std::string m_tool = m_base + "/tools/tool";
@@ -68,18 +67,16 @@ TEST_F(StartTest, OrTheOneOnThePath) {
 }
 
 // The line, an argument and two bytes more come to 1,040 at most.
-TEST_F(StartTest, ArgumentsThatJustFit) {
+// The line, an argument and two bytes more come to 1,040 at most; the first argument that does not
+// fit ends the line.
+TEST_F(StartTest, ArgumentsThatFit) {
     installHub("/tools");
-    const std::string first(1040 - lengthOfProgram() - 104, 'a');
+    const std::string first(1040 - (m_base + "/tools/Juntora.exe ").size() - 104, 'a');
     const std::string fits(101, 'b');
     EXPECT_EQ(run("start", {first, fits, "c"}), "1");
     EXPECT_EQ(note(), "0 " + first + " " + fits + " ");
-}
-
-TEST_F(StartTest, TheFirstArgumentThatDoesNotFitEndsTheLine) {
-    installHub("/tools");
-    const std::string first(1040 - lengthOfProgram() - 104, 'a');
-    EXPECT_EQ(run("start", {first, std::string(102, 'b'), "c"}), "1");
+    sandbox().endProcesses();
+    EXPECT_EQ(run("start", {first, fits + "b", "c"}), "1");
     EXPECT_EQ(note(), "0 " + first + " ");
 }
 

@@ -9,7 +9,7 @@
 #include "ipc/ipc.h"
 #include "platform/desktop/message.h"
 #include "platform/desktop/window.h"
-#include "tests/shell/HubProcess.h"
+#include "tests/support/HubProcess.h"
 
 namespace juntora::test {
 namespace {
@@ -88,21 +88,14 @@ TEST_F(CloseAppsTest, ACloseRequestMeanwhileWaitsForItsTurn) {
     // that closes it is still being handled.
     static HWND main;
     main = mainDialog();
-    const WNDCLASSA last{0,
-                         [](HWND window, UINT message, WPARAM wParam, LPARAM lParam) -> LRESULT {
-                             if (message == WM_SYSCOMMAND) {
-                                 signOff(window);
-                                 SendMessageA(main, WM_SYSCOMMAND, SC_CLOSE, 0);
-                                 return 0;
-                             }
-                             return DefWindowProcA(window, message, wParam, lParam);
-                         },
-                         0,
-                         0,
-                         0,
-                         "LastTool"};
-    RegisterClassA(&last);
-    const HWND tool = CreateWindowExA(0, "LastTool", "", 0, 0, 0, 0, 0, 0, 0);
+    const HWND tool = makeTool();
+    SetWindowProc(tool, [](HWND window, UINT message, WPARAM wParam, LPARAM lParam) -> LRESULT {
+        if (message != WM_SYSCOMMAND) {
+            return DefWindowProcA(window, message, wParam, lParam);
+        }
+        signOff(window);
+        return SendMessageA(main, WM_SYSCOMMAND, SC_CLOSE, 0);
+    });
     EXPECT_TRUE(signOn(tool, "Draftel"));
     EXPECT_EQ(command(makeTool(), CLOSE_ALL), 0);
     EXPECT_TRUE(hubGoesOn()) << "refused, for a request was on its way";

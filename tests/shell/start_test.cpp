@@ -7,7 +7,8 @@
 #include "platform/desktop/message.h"
 #include "platform/desktop/window.h"
 #include "platform/kernel/sync.h"
-#include "tests/shell/HubProcess.h"
+#include "tests/platform/Peer.h"
+#include "tests/support/HubProcess.h"
 
 namespace juntora::test {
 namespace {
@@ -27,29 +28,19 @@ TEST_F(StartTest, ASecondHubLeavesTheFirstAlone) {
     EXPECT_EQ(GetWindowChangeCount(mainDialog()), changes);
 }
 
-TEST_F(StartTest, AHubWaitsUntilTheOneThatStartsIsReady) {
-    const HANDLE starting = CreateMutexA(false, "TarvexVoltaraJuntoraStart16.6.0");
-    ASSERT_EQ(WaitForSingleObject(starting, 0), WAIT_OBJECT_0);
+TEST_F(StartTest, AHubWaitsForTheOneThatStartsUntilThatIsReadyOrDead) {
+    constexpr char LOCK[] = "TarvexVoltaraJuntoraStart16.6.0";
+    Peer starting;
+    starting.ask(std::string("mutex ") + LOCK);
+    ASSERT_EQ(starting.ask(std::string("wait ") + LOCK + " 0"), WAIT_OBJECT_0);
     ChildProcess waiting("juntora");
     EXPECT_FALSE(waiting.wait(ChildProcess::Milliseconds(300)).has_value());
     EXPECT_EQ(hubWindow(), 0U);
-    ReleaseMutex(starting);
+    starting.process.kill();
     EXPECT_TRUE(waitFor([] { return hubWindow() != 0; }));
-    EXPECT_EQ(WaitForSingleObject(starting, 5'000), WAIT_OBJECT_0) << "it is free again";
-    CloseHandle(starting);
-}
-
-TEST_F(StartTest, AHubThatDiesWhileItStartsLeavesTheStartToTheNext) {
-    // The child that holds the lock is this test's own, killed with it in its hands.
-    const HANDLE starting = CreateMutexA(false, "TarvexVoltaraJuntoraStart16.6.0");
-    ASSERT_EQ(WaitForSingleObject(starting, 0), WAIT_OBJECT_0);
-    ChildProcess first("juntora");
-    EXPECT_FALSE(first.wait(ChildProcess::Milliseconds(100)).has_value());
-    first.kill();
-    EXPECT_TRUE(first.wait().has_value());
-    ReleaseMutex(starting);
-    startHub();
-    CloseHandle(starting);
+    const HANDLE lock = CreateMutexA(false, LOCK);
+    EXPECT_EQ(WaitForSingleObject(lock, 5'000), WAIT_OBJECT_0) << "it is free again";
+    CloseHandle(lock);
 }
 
 TEST_F(StartTest, ManyAtOnceLeaveOne) {
@@ -105,11 +96,7 @@ protected:
     std::string report() const { return m_folder + "/report"; }
 
     void start(const std::vector<std::string>& arguments) {
-        m_hub.emplace(
-            m_folder + "/juntora", arguments,
-            ChildProcess::Options{{"PATH=" + m_folder + "/path:/usr/bin:/bin"}, "", true});
-        ASSERT_TRUE(waitFor([] { return hubWindow() != 0; }));
-        ASSERT_TRUE(ipcObserve(GetDesktopWindow()));
+        startHub(arguments, m_folder + "/juntora", {"PATH=" + m_folder + "/path:/usr/bin:/bin"});
     }
 
     /// What Planchet was called with since the last look.

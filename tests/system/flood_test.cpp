@@ -4,47 +4,27 @@
 
 #include "ipc/ipc.h"
 #include "platform/desktop/message.h"
-#include "platform/desktop/window.h"
-#include "platform/kernel/sync.h"
-#include "tests/support/ChildProcess.h"
-#include "tests/support/TestDesktop.h"
+#include "tests/support/HubProcess.h"
 
 namespace juntora::test {
 namespace {
 
 class QuietTool : public ipc {
 public:
-    QuietTool() : ipc("Quiet", makeWindow(), 0, nullptr, 0, 0) {}
+    explicit QuietTool(HWND window) : ipc("Quiet", window, 0, nullptr, 0, 0) {}
     int onRequest(int, IpcMessage*) override { return 0; }
-
-private:
-    static HWND makeWindow() {
-        const WNDCLASSA windowClass{0, DefWindowProcA, 0, 0, 0, "QuietTool"};
-        RegisterClassA(&windowClass);
-        return CreateWindowExA(0, "QuietTool", "", 0, 0, 0, 0, 0, 0, 0);
-    }
 };
 
-class FloodTest : public TestDesktop {
-protected:
-    FloodTest() : m_planchet(CreateMutexA(false, "TarvexVoltaraPlanchetFindWnd16.6.0")) {}
-    ~FloodTest() override { CloseHandle(m_planchet); }
-
-private:
-    HANDLE m_planchet;  ///< Held, so that the hub finds Planchet running.
-};
+using FloodTest = HubProcess;
 
 TEST_F(FloodTest, AQuietToolIsAnsweredBesideAFloodAndNoRecordIsLost) {
     constexpr char COUNT[] = "100000";
-    ChildProcess hub("juntora");
-    while (ipcFindHub() == 0) {
-        ASSERT_TRUE(hub.isRunning());
-        Sleep(1);
-    }
-    const QuietTool quiet;
+    startHub();
+    const QuietTool quiet(makeTool());
     ASSERT_STREQ("Quiet;0", quiet.m_pName);
-    ChildProcess receiver("flooder", {"receive", COUNT});
-    ChildProcess flooder("flooder", {"send", receiver.readLine().value_or("0"), COUNT});
+    ChildProcess receiver("test_tool", {COUNT}, {{"TOOL_DOES=receive"}});
+    ChildProcess flooder("test_tool", {COUNT, receiver.readLine().value_or("0")},
+                         {{"TOOL_DOES=send"}});
     int asked = 0;
     int answered = 0;
     double longest = 0;

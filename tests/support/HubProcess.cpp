@@ -1,7 +1,6 @@
-#include "tests/shell/HubProcess.h"
+#include "tests/support/HubProcess.h"
 
 #include <chrono>
-#include <cstdio>
 
 #include "ipc/ipc.h"
 #include "platform/desktop/message.h"
@@ -65,17 +64,18 @@ void HubProcess::releasePlanchet() {
     }
 }
 
-void HubProcess::startHub(std::vector<std::string> arguments) {
-    m_hub.emplace("juntora", std::move(arguments), ChildProcess::Options{{}, "", true});
+void HubProcess::startHub(std::vector<std::string> arguments, const std::string& program,
+                          const std::vector<std::string>& environment) {
+    m_hub.emplace(program, std::move(arguments), ChildProcess::Options{environment, "", true});
     ASSERT_TRUE(waitFor([this] { return hubWindow() != 0 && listBox() != 0; }));
     ASSERT_TRUE(ipcObserve(GetDesktopWindow()));
     ASSERT_TRUE(hubGoesOn());
 }
 
 HWND HubProcess::hubWindow() { return FindWindowA(HUB_WINDOW_CLASS, HUB_WINDOW_TITLE); }
-HWND HubProcess::mainDialog() const { return FindWindowA("#32770", HUB_WINDOW_TITLE); }
-HWND HubProcess::monitor() const { return FindWindowA("#32770", "Application Activity"); }
-HWND HubProcess::listBox() const { return GetDlgItem(monitor(), 1001); }
+HWND HubProcess::mainDialog() { return FindWindowA("#32770", HUB_WINDOW_TITLE); }
+HWND HubProcess::monitor() { return FindWindowA("#32770", "Application Activity"); }
+HWND HubProcess::listBox() { return GetDlgItem(monitor(), 1001); }
 
 HWND HubProcess::makeTool() { return CreateWindowExA(0, TOOL_CLASS, "", 0, 0, 0, 0, 0, 0, 0); }
 
@@ -96,7 +96,7 @@ int HubProcess::command(HWND tool, const char* word) {
     return ipcPost(IPC_COMMAND, word, 0);
 }
 
-void HubProcess::tick() const {
+void HubProcess::tick() {
     constexpr WPARAM CLOCK = 1;
     SendMessageA(monitor(), WM_TIMER, CLOCK, 0);
 }

@@ -17,12 +17,14 @@ protected:
     HubProcess();
     ~HubProcess() override;
 
-    /// Starts a hub and waits until it can be found.
-    void startHub(std::vector<std::string> arguments = {});
+    /// Starts a hub and waits until it can be found. `program` and `environment` as ChildProcess
+    /// takes them.
+    void startHub(std::vector<std::string> arguments = {}, const std::string& program = "juntora",
+                  const std::vector<std::string>& environment = {});
     static HWND hubWindow();
-    HWND mainDialog() const;
-    HWND monitor() const;
-    HWND listBox() const;
+    static HWND mainDialog();
+    static HWND monitor();
+    static HWND listBox();
 
     /// Makes a window of the calling thread that closes when it is asked to, and signs it on.
     HWND attach(const std::string& name);
@@ -32,7 +34,7 @@ protected:
     /// A word of opcode 30 for the hub itself.
     static int command(HWND tool, const char* word);
     /// Lets the monitor's clock tick.
-    void tick() const;
+    static void tick();
 
     /// The hub's exit code once it has ended; nothing when it still runs after `timeout`.
     std::optional<int> hubResult(ChildProcess::Milliseconds timeout = ChildProcess::PATIENCE);
