@@ -2,7 +2,6 @@
 #include <poll.h>
 
 #include <cstring>
-#include <memory>
 #include <string>
 
 #include "platform/desktop/message.h"
@@ -12,7 +11,6 @@
 #include "tests/death/scenarios.h"
 
 namespace juntora::test {
-
 namespace {
 
 constexpr UINT PROBE = WM_APP + 1;
@@ -141,13 +139,7 @@ protected:
     }
 };
 
+const Registration<Answering, AnsweringInLoop, AnsweringText, AnsweringWithAQuestion> registration;
+
 }  // namespace
-
-void addAnswerScenarios(Scenarios& all) {
-    all.push_back([] { return std::make_unique<Answering>(); });
-    all.push_back([] { return std::make_unique<AnsweringInLoop>(); });
-    all.push_back([] { return std::make_unique<AnsweringText>(); });
-    all.push_back([] { return std::make_unique<AnsweringWithAQuestion>(); });
-}
-
 }  // namespace juntora::test

@@ -10,7 +10,6 @@
 #include "tests/death/Instruction.h"
 
 namespace juntora::test {
-
 namespace {
 
 /// A system call that has not returned by then blocks; the process dies in it.

@@ -1,26 +1,17 @@
 #include "tests/death/DeathRun.h"
 
 #include <sys/mman.h>
-#include <time.h>
 
 #include <algorithm>
 #include <cstdlib>
-#include <exception>
 #include <filesystem>
 #include <stdexcept>
 #include <system_error>
 
 namespace juntora::test {
-
 namespace {
 
 constexpr std::size_t DEATHS_A_DESKTOP = 1'000;
-
-std::int64_t now() {
-    timespec time{};
-    clock_gettime(CLOCK_MONOTONIC, &time);
-    return time.tv_sec * 1'000'000'000LL + time.tv_nsec;
-}
 
 }  // namespace
 
@@ -93,17 +84,13 @@ void DeathRun::die(Tracee& process, const DeathPoint& point, Tally& tally) {
         tally.lastMissed = point.describe();
     }
     process.kill();
-    m_board->diedAt = now();
+    m_board->diedAt = monotonicNanoseconds();
     ++tally.deaths;
     ++m_deathsHere;
 }
 
 void DeathRun::look(const std::string& occasion, Tally& tally) {
-    const auto begin = std::chrono::steady_clock::now();
     const std::string complaint = m_survivor->check(m_extent.patience);
-    const auto took = std::chrono::duration_cast<std::chrono::microseconds>(
-        std::chrono::steady_clock::now() - begin);
-    tally.longestCheck = std::max(tally.longestCheck, took);
     if (!complaint.empty()) {
         tally.complaints.push_back(occasion + ": " + complaint);
     }
@@ -116,7 +103,7 @@ Recording DeathRun::recordOperation() {
     const std::unique_ptr<Tracee> victim = startVictim();
     Recording recording = record(*victim, folder());
     victim->kill();
-    m_board->diedAt = now();
+    m_board->diedAt = monotonicNanoseconds();
     return recording;
 }
 
@@ -148,7 +135,7 @@ std::vector<DeathPoint> DeathRun::strided(const std::vector<DeathPoint>& points,
 void DeathRun::begin(Tally& tally) {
     freshDesktop();
     startVictim()->run();
-    m_board->diedAt = now();
+    m_board->diedAt = monotonicNanoseconds();
     look("after the whole operation", tally);
     m_recording = recordOperation();
     look("after the whole operation, recorded", tally);

@@ -32,7 +32,6 @@ struct Tally {
     /// did not come to theirs. They died after the operation.
     std::size_t missed = 0;
     std::string lastMissed;
-    std::chrono::microseconds longestCheck{0};
     std::vector<std::string> complaints;
 };
 
@@ -47,7 +46,7 @@ public:
     /// mending; the survivor checks.
     Tally twoDeaths();
 
-    /// What was recorded of the operation, for the account.
+    /// What was recorded of the operation.
     const Recording& recording() const { return m_recording; }
 
 private:

@@ -13,7 +13,6 @@
 #include "tests/death/scenarios.h"
 
 namespace juntora::test {
-
 namespace {
 
 #ifdef JUNTORA_ALL_DEATHS
@@ -47,89 +46,48 @@ Extent extent() {
     return extent;
 }
 
-const Scenarios& scenarios() {
-    static const Scenarios all = [] {
-        Scenarios made;
-        addDesktopScenarios(made);
-        addWindowScenarios(made);
-        addMessageScenarios(made);
-        addAnswerScenarios(made);
-        addObjectScenarios(made);
-        addSlotScenarios(made);
-        addHubScenarios(made);
-        return made;
-    }();
-    return all;
-}
-
-void account(const DeathRun& run, const Tally& tally) {
-    const Recording& recording = run.recording();
-    std::printf(
-        "%zu kills; of %zu instructions that were seen %zu change something; %zu kills missed "
-        "theirs; the longest check took %lld us\n",
-        tally.deaths, recording.instructions, recording.changes.size(), tally.missed,
-        static_cast<long long>(tally.longestCheck.count()));
-}
-
-void judge(const Tally& tally) {
-    for (const std::string& complaint : tally.complaints) {
-        ADD_FAILURE() << complaint;
-    }
-    EXPECT_GT(tally.deaths, 0u);
-    // The victims are to die in the operation; another way through it, now and then, is no fault.
-    EXPECT_LE(tally.missed * 5, tally.deaths)
-        << "too many missed the place of their death, such as " << tally.lastMissed;
-}
-
 class DeathCase : public ::testing::Test {
 public:
-    explicit DeathCase(std::unique_ptr<Scenario> scenario) : m_scenario(std::move(scenario)) {}
+    DeathCase(std::unique_ptr<Scenario> scenario, Tally (DeathRun::*deaths)())
+        : m_scenario(std::move(scenario)), m_deaths(deaths) {}
 
-protected:
+    void TestBody() override {
+        DeathRun run(*m_scenario, extent());
+        const Tally tally = (run.*m_deaths)();
+        std::printf("%zu kills, %zu of them at another place\n", tally.deaths, tally.missed);
+        for (const std::string& complaint : tally.complaints) {
+            ADD_FAILURE() << complaint;
+        }
+        EXPECT_GT(tally.deaths, 0u);
+        // The victims are to die in the operation; another way through it, now and then, is no
+        // fault.
+        EXPECT_LE(tally.missed * 5, tally.deaths)
+            << "too many missed the place of their death, such as " << tally.lastMissed;
+    }
+
+private:
     std::unique_ptr<Scenario> m_scenario;
+    Tally (DeathRun::*m_deaths)();
 };
 
-class OneDeath : public DeathCase {
-public:
-    using DeathCase::DeathCase;
-    void TestBody() override {
-        DeathRun run(*m_scenario, extent());
-        const Tally tally = run.oneDeath();
-        account(run, tally);
-        judge(tally);
-    }
-};
-
-class TwoDeaths : public DeathCase {
-public:
-    using DeathCase::DeathCase;
-    void TestBody() override {
-        DeathRun run(*m_scenario, extent());
-        const Tally tally = run.twoDeaths();
-        account(run, tally);
-        judge(tally);
-    }
-};
-
-template <typename Case>
-void registerCase(const char* suite, const Scenarios::value_type& make) {
+void registerCase(const char* suite, const Scenarios::value_type& make,
+                  Tally (DeathRun::*deaths)()) {
     ::testing::RegisterTest(suite, make()->name().c_str(), nullptr, nullptr, __FILE__, __LINE__,
-                            [make]() -> ::testing::Test* { return new Case(make()); });
+                            [=]() -> ::testing::Test* { return new DeathCase(make(), deaths); });
 }
 
 void registerAll() {
     for (const Scenarios::value_type& make : scenarios()) {
-        registerCase<OneDeath>("OneDeath", make);
+        registerCase("OneDeath", make, &DeathRun::oneDeath);
         const bool inSample = std::find(MENDED_IN_SAMPLE.begin(), MENDED_IN_SAMPLE.end(),
                                         make()->name()) != MENDED_IN_SAMPLE.end();
         if (ALL_DEATHS || inSample) {
-            registerCase<TwoDeaths>("TwoDeaths", make);
+            registerCase("TwoDeaths", make, &DeathRun::twoDeaths);
         }
     }
 }
 
 }  // namespace
-
 }  // namespace juntora::test
 
 int main(int argc, char** argv) {

@@ -1,6 +1,5 @@
 // Coming to a desktop, leaving it, and the names of messages.
 #include <cstdlib>
-#include <memory>
 #include <string>
 
 #include "platform/desktop/desktop.h"
@@ -10,7 +9,6 @@
 #include "tests/death/scenarios.h"
 
 namespace juntora::test {
-
 namespace {
 
 void useDesktop(Findings& findings, Board& board) {
@@ -28,8 +26,15 @@ void useDesktop(Findings& findings, Board& board) {
         "the dead one's window is still a window");
 }
 
-/// A desktop on which others are.
-class Opening : public LayerScenario {
+/// A desktop on which others are, and then a newcomer.
+class AmongOthers : public LayerScenario {
+protected:
+    void look(Findings& findings) override {
+        inFreshProcess(findings, [this](Findings& own) { useDesktop(own, *board); });
+    }
+};
+
+class Opening : public AmongOthers {
 public:
     std::string name() const override { return "openingTheDesktop"; }
     void prepare() override {}
@@ -40,15 +45,10 @@ public:
         LayerScenario::prepareMending();
         LayerScenario::mend();
     }
-
-protected:
-    void look(Findings& findings) override {
-        inFreshProcess(findings, [this](Findings& own) { useDesktop(own, *board); });
-    }
 };
 
-/// With a queue and a window, on a desktop on which others are.
-class Leaving : public LayerScenario {
+/// With a queue and a window.
+class Leaving : public AmongOthers {
 public:
     std::string name() const override { return "leavingTheDesktop"; }
     void prepare() override {
@@ -56,11 +56,6 @@ public:
         makeVictimWindow();
     }
     void operate() override { std::exit(0); }
-
-protected:
-    void look(Findings& findings) override {
-        inFreshProcess(findings, [this](Findings& own) { useDesktop(own, *board); });
-    }
 };
 
 /// A desktop on which nobody is: the survivor looks through processes of its own that come and go.
@@ -131,14 +126,7 @@ private:
     UINT m_last = 0;
 };
 
+const Registration<Opening, FirstOpening, Leaving, LastLeaving, Naming> registration;
+
 }  // namespace
-
-void addDesktopScenarios(Scenarios& all) {
-    all.push_back([] { return std::make_unique<Opening>(); });
-    all.push_back([] { return std::make_unique<FirstOpening>(); });
-    all.push_back([] { return std::make_unique<Leaving>(); });
-    all.push_back([] { return std::make_unique<LastLeaving>(); });
-    all.push_back([] { return std::make_unique<Naming>(); });
-}
-
 }  // namespace juntora::test

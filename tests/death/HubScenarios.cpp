@@ -1,6 +1,5 @@
 // Signing on and off, at a hub that serves others too.
 #include <array>
-#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -15,7 +14,6 @@
 #include "tests/support/ChildProcess.h"
 
 namespace juntora::test {
-
 namespace {
 
 constexpr char VICTIM_TOOL[] = "Victim";
@@ -54,8 +52,8 @@ protected:
         findings.expect(m_hub->isRunning(), "the hub is gone");
         // Behind what the dead one has sent: its slot is the hub's until then.
         findings.expect(ipcIsAlive(survivorWindow()) == 1, "the hub does not know the survivor");
-        const TakenSlots taken = countAndReclaimSlots(findings);
-        findings.expect(taken.count <= 1, std::to_string(taken.count) + " slots are taken");
+        const int taken = reclaimSlots(findings);
+        findings.expect(taken <= 1, std::to_string(taken) + " slots are taken");
         SendMessageA(monitor(), WM_TIMER, 1, 0);  // The clock by which it looks after its tools.
         const auto dead = static_cast<HWND>(board->notes[0].load());
         findings.expect(ipcFindApp(VICTIM_TOOL) == 0, "the hub still finds the dead one");
@@ -116,11 +114,7 @@ protected:
     }
 };
 
+const Registration<SigningOn, SigningOff> registration;
+
 }  // namespace
-
-void addHubScenarios(Scenarios& all) {
-    all.push_back([] { return std::make_unique<SigningOn>(); });
-    all.push_back([] { return std::make_unique<SigningOff>(); });
-}
-
 }  // namespace juntora::test

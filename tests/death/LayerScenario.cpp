@@ -1,8 +1,6 @@
 #include "tests/death/LayerScenario.h"
 
-#include <sys/mman.h>
 #include <sys/wait.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <array>
@@ -15,17 +13,10 @@
 #include "platform/desktop/window.h"
 
 namespace juntora::test {
-
 namespace {
 
 constexpr DWORD VICTIM_STYLE = WS_CAPTION | WS_SYSMENU;
 constexpr RECT VICTIM_PLACE{11, 22, 311, 222};
-
-std::string hexadecimal(HWND window) {
-    std::array<char, 16> text{};
-    std::snprintf(text.data(), text.size(), "%x", window);
-    return text.data();
-}
 
 std::string textOf(HWND window, int (*read)(HWND, char*, int)) {
     std::array<char, 600> text{};
@@ -35,7 +26,7 @@ std::string textOf(HWND window, int (*read)(HWND, char*, int)) {
 
 /// A window that others can find is one with all its marks.
 void checkWhole(Findings& findings, HWND window, bool mayBeOther) {
-    const std::string which = "window " + hexadecimal(window);
+    const std::string which = "window " + std::to_string(window);
     const std::string name = textOf(window, GetClassNameA);
     const std::string title = textOf(window, GetWindowTextA);
     RECT place{};
@@ -66,7 +57,7 @@ BOOL visit(HWND window, LPARAM context) {
     GetWindowThreadProcessId(window, &process);
     const auto owner = static_cast<pid_t>(process);
     census->findings->expect(owner != census->board->victim && owner != census->board->mender,
-                             "window " + hexadecimal(window) + " of the dead is still there");
+                             "window " + std::to_string(window) + " of the dead is still there");
     census->sawSurvivor = census->sawSurvivor || window == census->survivor;
     return 1;
 }
@@ -74,12 +65,6 @@ BOOL visit(HWND window, LPARAM context) {
 }  // namespace
 
 LayerScenario* LayerScenario::s_current = nullptr;
-
-std::int64_t monotonicNanoseconds() {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return now.tv_sec * 1'000'000'000LL + now.tv_nsec;
-}
 
 void inFreshProcess(Findings& findings, const std::function<void(Findings&)>& work) {
     std::array<int, 2> ends{};

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <functional>
-#include <string>
 
 #include "platform/types.h"
 #include "tests/death/Scenario.h"
@@ -17,8 +16,6 @@ inline constexpr char SURVIVOR_TITLE[] = "Survivor";
 
 /// How long a sender may wait for its 0 once its receiver has died.
 inline constexpr std::int64_t SENDER_PATIENCE_NANOSECONDS = 100'000'000;
-
-std::int64_t monotonicNanoseconds();
 
 /// Runs `work` in a forked child that opens the desktop for itself and leaves it in order, and adds
 /// its complaints. The next operation of somebody new.
@@ -47,7 +44,8 @@ protected:
     HWND makeVictimWindow(HWND parent = 0);
     /// What the window's procedure does beyond the usual, in whatever process.
     virtual LRESULT onMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-    virtual void look(Findings& findings) = 0;
+    /// What is not looked for after every death.
+    virtual void look(Findings&) {}
     /// Whether processes beside those of the run have windows on the desktop.
     virtual bool expectsOthers() const { return false; }
 

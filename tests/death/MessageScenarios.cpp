@@ -1,7 +1,6 @@
 // The victim as a sender.
 #include <array>
 #include <cstring>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -11,7 +10,6 @@
 #include "tests/death/scenarios.h"
 
 namespace juntora::test {
-
 namespace {
 
 constexpr UINT PROBE = WM_APP + 1;
@@ -172,12 +170,7 @@ private:
     bool m_whole = true;
 };
 
+const Registration<Posting, Sending, SendingText> registration;
+
 }  // namespace
-
-void addMessageScenarios(Scenarios& all) {
-    all.push_back([] { return std::make_unique<Posting>(); });
-    all.push_back([] { return std::make_unique<Sending>(); });
-    all.push_back([] { return std::make_unique<SendingText>(); });
-}
-
 }  // namespace juntora::test

@@ -1,7 +1,6 @@
 // Named mutexes, semaphores and mappings: opened, used, released and closed.
 #include <algorithm>
 #include <cstring>
-#include <memory>
 #include <string>
 
 #include "platform/kernel/sync.h"
@@ -9,7 +8,6 @@
 #include "tests/death/scenarios.h"
 
 namespace juntora::test {
-
 namespace {
 
 constexpr char SHARED[] = "object that the survivor holds too";
@@ -18,14 +16,34 @@ constexpr char BESIDE[] = "object that nobody but the survivor knows";
 constexpr std::size_t BYTES = 8'192;
 constexpr LONG COUNTS = 2;
 
-class Locking : public LayerScenario {
+/// The survivor holds the object too, or else it goes with the dead.
+class HoldingObject : public LayerScenario {
 public:
-    explicit Locking(bool shared) : m_shared(shared) {}
-    std::string name() const override { return m_shared ? "holdingASharedMutex" : "holdingAMutex"; }
+    explicit HoldingObject(bool isShared) : m_isShared(isShared) {}
+
+protected:
+    const char* objectName() const { return m_isShared ? SHARED : OWN; }
+    /// Whether there is one, right after its opening.
+    bool checkOpening(Findings& findings, HANDLE object) const {
+        const DWORD error = GetLastError();
+        findings.expect(error == (m_isShared ? ERROR_ALREADY_EXISTS : ERROR_SUCCESS),
+                        "the opening of the object told " + std::to_string(error));
+        return findings.expect(object != nullptr, "the object cannot be opened");
+    }
+
+    const bool m_isShared;
+};
+
+class Locking : public HoldingObject {
+public:
+    using HoldingObject::HoldingObject;
+    std::string name() const override {
+        return m_isShared ? "holdingASharedMutex" : "holdingAMutex";
+    }
     void settle() override {
         LayerScenario::settle();
         m_beside = CreateMutexA(true, BESIDE);
-        m_mutex = m_shared ? CreateMutexA(false, SHARED) : nullptr;
+        m_mutex = m_isShared ? CreateMutexA(false, SHARED) : nullptr;
     }
     void operate() override { useMutex(); }
     void mend() override { useMutex(); }
@@ -33,14 +51,11 @@ public:
 protected:
     void look(Findings& findings) override {
         HANDLE mutex = CreateMutexA(false, objectName());
-        const DWORD error = GetLastError();
-        if (!findings.expect(mutex != nullptr, "the mutex cannot be opened")) {
+        if (!checkOpening(findings, mutex)) {
             return;
         }
-        findings.expect(error == (m_shared ? ERROR_ALREADY_EXISTS : ERROR_SUCCESS),
-                        "the opening of the mutex told " + std::to_string(error));
         const DWORD wait = WaitForSingleObject(mutex, 1'000);
-        findings.expect(wait == WAIT_OBJECT_0 || (m_shared && wait == WAIT_ABANDONED),
+        findings.expect(wait == WAIT_OBJECT_0 || (m_isShared && wait == WAIT_ABANDONED),
                         "the wait for the mutex told " + std::to_string(wait));
         findings.expect(ReleaseMutex(mutex) != 0, "the mutex cannot be released");
         findings.expect(WaitForSingleObject(mutex, 0) == WAIT_OBJECT_0,
@@ -53,7 +68,6 @@ protected:
     }
 
 private:
-    const char* objectName() const { return m_shared ? SHARED : OWN; }
     void useMutex() {
         HANDLE mutex = CreateMutexA(true, objectName());
         WaitForSingleObject(mutex, 1'000);
@@ -61,20 +75,19 @@ private:
         CloseHandle(mutex);
     }
 
-    const bool m_shared;
     HANDLE m_mutex = nullptr;
     HANDLE m_beside = nullptr;
 };
 
-class Counting : public LayerScenario {
+class Counting : public HoldingObject {
 public:
-    explicit Counting(bool shared) : m_shared(shared) {}
+    using HoldingObject::HoldingObject;
     std::string name() const override {
-        return m_shared ? "holdingASharedSemaphore" : "holdingASemaphore";
+        return m_isShared ? "holdingASharedSemaphore" : "holdingASemaphore";
     }
     void settle() override {
         LayerScenario::settle();
-        m_semaphore = m_shared ? CreateSemaphoreA(COUNTS, COUNTS, SHARED) : nullptr;
+        m_semaphore = m_isShared ? CreateSemaphoreA(COUNTS, COUNTS, SHARED) : nullptr;
     }
     void operate() override {
         HANDLE semaphore = open();
@@ -92,12 +105,9 @@ public:
 protected:
     void look(Findings& findings) override {
         HANDLE semaphore = open();
-        const DWORD error = GetLastError();
-        if (!findings.expect(semaphore != nullptr, "the semaphore cannot be opened")) {
+        if (!checkOpening(findings, semaphore)) {
             return;
         }
-        findings.expect(error == (m_shared ? ERROR_ALREADY_EXISTS : ERROR_SUCCESS),
-                        "the opening of the semaphore told " + std::to_string(error));
         for (LONG i = 0; i < COUNTS; ++i) {
             findings.expect(WaitForSingleObject(semaphore, 1'000) == WAIT_OBJECT_0,
                             "count " + std::to_string(i) + " was lost");
@@ -111,21 +121,20 @@ protected:
     }
 
 private:
-    HANDLE open() { return CreateSemaphoreA(COUNTS, COUNTS, m_shared ? SHARED : OWN); }
+    HANDLE open() { return CreateSemaphoreA(COUNTS, COUNTS, objectName()); }
 
-    const bool m_shared;
     HANDLE m_semaphore = nullptr;
 };
 
-class Mapping : public LayerScenario {
+class Mapping : public HoldingObject {
 public:
-    explicit Mapping(bool shared) : m_shared(shared) {}
+    using HoldingObject::HoldingObject;
     std::string name() const override {
-        return m_shared ? "holdingASharedMapping" : "holdingAMapping";
+        return m_isShared ? "holdingASharedMapping" : "holdingAMapping";
     }
     void settle() override {
         LayerScenario::settle();
-        if (m_shared) {
+        if (m_isShared) {
             m_mapping = CreateFileMappingA(BYTES, SHARED);
             m_view = static_cast<char*>(MapViewOfFile(m_mapping, BYTES));
             std::memset(m_view, 's', BYTES);
@@ -137,12 +146,9 @@ public:
 protected:
     void look(Findings& findings) override {
         HANDLE mapping = open();
-        const DWORD error = GetLastError();
-        if (!findings.expect(mapping != nullptr, "the mapping cannot be opened")) {
+        if (!checkOpening(findings, mapping)) {
             return;
         }
-        findings.expect(error == (m_shared ? ERROR_ALREADY_EXISTS : ERROR_SUCCESS),
-                        "the opening of the mapping told " + std::to_string(error));
         auto* view = static_cast<char*>(MapViewOfFile(mapping, BYTES));
         if (findings.expect(view != nullptr, "the mapping cannot be mapped")) {
             checkContents(findings, view);
@@ -152,7 +158,7 @@ protected:
     }
 
 private:
-    HANDLE open() { return CreateFileMappingA(BYTES, m_shared ? SHARED : OWN); }
+    HANDLE open() { return CreateFileMappingA(BYTES, objectName()); }
     void useMapping() {
         HANDLE mapping = open();
         auto* view = static_cast<char*>(MapViewOfFile(mapping, BYTES));
@@ -164,7 +170,7 @@ private:
         CloseHandle(mapping);
     }
     void checkContents(Findings& findings, char* view) {
-        if (!m_shared) {
+        if (!m_isShared) {
             findings.expect(std::all_of(view, view + BYTES, [](char c) { return c == 0; }),
                             "a new mapping is not zero");
             return;
@@ -178,23 +184,12 @@ private:
         m_view[BYTES - 1] = 's';
     }
 
-    const bool m_shared;
     HANDLE m_mapping = nullptr;
     char* m_view = nullptr;
 };
 
-template <typename Kind>
-void addBoth(Scenarios& all) {
-    all.push_back([] { return std::make_unique<Kind>(true); });
-    all.push_back([] { return std::make_unique<Kind>(false); });
-}
+const Registration<Locking, Counting, Mapping> shared(true);
+const Registration<Locking, Counting, Mapping> own(false);
 
 }  // namespace
-
-void addObjectScenarios(Scenarios& all) {
-    addBoth<Locking>(all);
-    addBoth<Counting>(all);
-    addBoth<Mapping>(all);
-}
-
 }  // namespace juntora::test

@@ -11,7 +11,6 @@
 #include "tests/death/WriteGuard.h"
 
 namespace juntora::test {
-
 namespace {
 
 /// An instruction that is come to more often is in a loop.
@@ -34,7 +33,6 @@ public:
     /// One instruction. False when the operation is over.
     bool step() {
         arriveAt(m_tracee.instructionPointer());
-        ++m_result.instructions;
         return note(advance(instructionAt(m_at.address)));
     }
 

@@ -1,7 +1,6 @@
 // What an operation does, instruction by instruction.
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -11,8 +10,6 @@
 namespace juntora::test {
 
 struct Recording {
-    /// How many were gone through one by one.
-    std::size_t instructions = 0;
     /// After each instruction that wrote to shared memory, and after each system call.
     std::vector<DeathPoint> changes;
     /// After others; of one that is come to again and again, the first times and then ever fewer.

@@ -2,12 +2,19 @@
 #pragma once
 
 #include <sys/types.h>
+#include <time.h>
 
 #include <atomic>
 #include <cstdint>
 #include <string>
 
 namespace juntora::test {
+
+inline std::int64_t monotonicNanoseconds() {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return now.tv_sec * 1'000'000'000LL + now.tv_nsec;
+}
 
 /// What the processes of a run tell one another past the desktop; shared by all of them.
 struct Board {
@@ -63,8 +70,7 @@ public:
     /// After the death.
     virtual void check(Findings& findings) = 0;
 
-    // --- In the mender, which may die of the same
-    // --------------------------------------------------
+    // --- In the mender, which may die of the same ------------------------------------------------
     virtual void prepareMending() {}
     /// The next operation after the death; it mends what the victim has left.
     virtual void mend() = 0;

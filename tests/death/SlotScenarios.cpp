@@ -1,6 +1,5 @@
 // The block of slots: opened, and slots of it taken and given back.
 #include <cstring>
-#include <memory>
 #include <string>
 
 #include "ipc/ipc.h"
@@ -10,25 +9,27 @@
 #include "tests/death/scenarios.h"
 
 namespace juntora::test {
+namespace {
 
-TakenSlots countAndReclaimSlots(Findings& findings) {
-    TakenSlots taken;
+LPARAM offsetOf(int slot) {
+    return static_cast<LPARAM>(offsetof(IpcSlotBlock, slots) + sizeof(IpcMessage) * slot);
+}
+
+}  // namespace
+
+int reclaimSlots(Findings& findings) {
+    int taken = 0;
     HANDLE mapping = CreateFileMappingA(sizeof(IpcSlotBlock), IPC_BLOCK_NAME);
     auto* block = static_cast<IpcSlotBlock*>(MapViewOfFile(mapping, sizeof(IpcSlotBlock)));
     if (!findings.expect(block != nullptr, "the block cannot be opened")) {
         return taken;
     }
-    taken.lowestFree = -1;
     for (int slot = 0; slot < 64; ++slot) {
         const std::uint8_t flag = block->isFree[slot];
         findings.expect(flag <= 1, "a slot's flag is " + std::to_string(flag));
-        if (flag != 0 && taken.lowestFree < 0) {
-            taken.lowestFree = slot;
-        }
         if (flag == 0) {
-            ++taken.count;
-            ipcMemFree(ipcMemAddress(static_cast<LPARAM>(offsetof(IpcSlotBlock, slots)) +
-                                     slot * static_cast<LPARAM>(sizeof(IpcMessage))));
+            ++taken;
+            ipcMemFree(ipcMemAddress(offsetOf(slot)));
             findings.expect(block->isFree[slot] == 1, "a slot cannot be given back");
         }
     }
@@ -39,15 +40,11 @@ TakenSlots countAndReclaimSlots(Findings& findings) {
 
 namespace {
 
-LPARAM offsetOf(int slot) {
-    return static_cast<LPARAM>(offsetof(IpcSlotBlock, slots) + sizeof(IpcMessage) * slot);
-}
-
-/// A slot that can be taken is the lowest free one.
-void checkTaking(Findings& findings, int expected) {
+/// The lowest slot can be taken.
+void checkTaking(Findings& findings) {
     IpcMessage* slot = ipcMemAlloc(sizeof(IpcMessage));
     if (findings.expect(slot != nullptr, "no slot can be taken")) {
-        findings.expect(ipcMemOffset(slot) == offsetOf(expected),
+        findings.expect(ipcMemOffset(slot) == offsetOf(0),
                         "the slot at " + std::to_string(ipcMemOffset(slot)) + " was taken");
         ipcMemFree(slot);
     }
@@ -78,10 +75,10 @@ public:
 
 protected:
     void look(Findings& findings) override {
-        const TakenSlots taken = countAndReclaimSlots(findings);
+        const int taken = reclaimSlots(findings);
         const int dead = board->mender != 0 ? 2 : 1;
-        findings.expect(taken.count <= dead, std::to_string(taken.count) + " slots are taken");
-        checkTaking(findings, 0);
+        findings.expect(taken <= dead, std::to_string(taken) + " slots are taken");
+        checkTaking(findings);
     }
 };
 
@@ -102,20 +99,16 @@ public:
 protected:
     void look(Findings& findings) override {
         if (findings.expect(ipcMemOpen() != 0, "the block cannot be opened")) {
-            const TakenSlots taken = countAndReclaimSlots(findings);
-            findings.expect(taken.count == 0,
-                            "a new block has " + std::to_string(taken.count) + " slots taken");
-            checkTaking(findings, 0);
+            const int taken = reclaimSlots(findings);
+            findings.expect(taken == 0,
+                            "a new block has " + std::to_string(taken) + " slots taken");
+            checkTaking(findings);
         }
         ipcMemClose();
     }
 };
 
+const Registration<TakingSlot, OpeningBlock> registration;
+
 }  // namespace
-
-void addSlotScenarios(Scenarios& all) {
-    all.push_back([] { return std::make_unique<TakingSlot>(); });
-    all.push_back([] { return std::make_unique<OpeningBlock>(); });
-}
-
 }  // namespace juntora::test

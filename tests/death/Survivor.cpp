@@ -15,7 +15,6 @@
 #include <stdexcept>
 
 namespace juntora::test {
-
 namespace {
 
 constexpr char ATTEND = 'a';

@@ -17,8 +17,6 @@ public:
     Survivor(const Survivor&) = delete;
     Survivor& operator=(const Survivor&) = delete;
 
-    pid_t pid() const { return m_pid; }
-
     /// Has it call scenario.attend(); does not wait for it.
     void attend();
     /// Has it call scenario.check() and returns the complaints, empty when all was well. One that

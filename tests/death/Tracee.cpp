@@ -11,7 +11,6 @@
 #include <exception>
 
 namespace juntora::test {
-
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -46,12 +45,6 @@ sigset_t childSignal() {
         std::fprintf(stderr, "in the tracee: %s\n", error.what());
     }
     _exit(0);
-}
-
-/// Somebody has stopped the whole test and let it go on.
-bool isJobControl(int status) {
-    return WIFSTOPPED(status) && (WSTOPSIG(status) == SIGSTOP || WSTOPSIG(status) == SIGTSTP ||
-                                  WSTOPSIG(status) == SIGCONT);
 }
 
 constexpr std::uint64_t TRAP_INSTRUCTION = 0xCC;
@@ -151,11 +144,7 @@ Tracee::Stop Tracee::classify(int status, bool stepped) {
 }
 
 Tracee::Stop Tracee::wait(Milliseconds patience) {
-    std::optional<int> status = awaitStatus(patience);
-    while (status && isJobControl(*status)) {
-        request(m_request, m_pid, 0, nullptr);
-        status = awaitStatus(patience);
-    }
+    const std::optional<int> status = awaitStatus(patience);
     return status ? classify(*status, m_request == PTRACE_SINGLESTEP) : Stop::TIMEOUT;
 }
 

@@ -63,8 +63,6 @@ public:
     void runTo(Mark place);
     /// Runs one instruction; of an instruction that repeats itself, one round.
     Stop step(Milliseconds patience = PATIENCE);
-    /// Waits on after a TIMEOUT.
-    Stop wait(Milliseconds patience);
 
     /// At most one at a time. The instruction at a breakpoint is run by step() once it is cleared.
     void setBreakpoint(Address address);
@@ -82,6 +80,7 @@ public:
 
 private:
     Stop resume(int request, Milliseconds patience);
+    Stop wait(Milliseconds patience);
     Stop classify(int status, bool stepped);
     std::optional<int> awaitStatus(Milliseconds patience);
 

@@ -1,5 +1,5 @@
-// Windows: made, unmade, retitled.
-#include <memory>
+// Windows: made, unmade, retitled. What is looked for after every death is nearly all there is to
+// it.
 #include <string>
 
 #include "platform/desktop/window.h"
@@ -7,7 +7,6 @@
 #include "tests/death/scenarios.h"
 
 namespace juntora::test {
-
 namespace {
 
 /// The victim's first window: its queue is made with it.
@@ -15,9 +14,6 @@ class Creating : public LayerScenario {
 public:
     std::string name() const override { return "creatingAWindow"; }
     void operate() override { makeVictimWindow(); }
-
-protected:
-    void look(Findings&) override {}  // What is looked for after every death is all there is to it.
 };
 
 /// A child of another process's window.
@@ -29,9 +25,6 @@ public:
         DestroyWindow(makeVictimWindow());
     }
     void operate() override { makeVictimWindow(survivorWindow()); }
-
-protected:
-    void look(Findings&) override {}
 };
 
 /// A window with a child, in front of another one of the same thread.
@@ -45,9 +38,6 @@ public:
         makeVictimWindow(m_window);
     }
     void operate() override { DestroyWindow(m_window); }
-
-protected:
-    void look(Findings&) override {}
 
 private:
     HWND m_window = 0;
@@ -72,13 +62,7 @@ protected:
     }
 };
 
+const Registration<Creating, CreatingChild, Destroying, Retitling> registration;
+
 }  // namespace
-
-void addWindowScenarios(Scenarios& all) {
-    all.push_back([] { return std::make_unique<Creating>(); });
-    all.push_back([] { return std::make_unique<CreatingChild>(); });
-    all.push_back([] { return std::make_unique<Destroying>(); });
-    all.push_back([] { return std::make_unique<Retitling>(); });
-}
-
 }  // namespace juntora::test

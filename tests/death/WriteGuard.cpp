@@ -9,7 +9,6 @@
 #include <utility>
 
 namespace juntora::test {
-
 namespace {
 
 constexpr Address PAGE = 4096;

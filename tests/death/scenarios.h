@@ -11,12 +11,19 @@ namespace juntora::test {
 
 using Scenarios = std::vector<std::function<std::unique_ptr<Scenario>()>>;
 
-void addDesktopScenarios(Scenarios& all);
-void addWindowScenarios(Scenarios& all);
-void addMessageScenarios(Scenarios& all);
-void addAnswerScenarios(Scenarios& all);
-void addObjectScenarios(Scenarios& all);
-void addSlotScenarios(Scenarios& all);
-void addHubScenarios(Scenarios& all);
+/// Complete once main() runs.
+inline Scenarios& scenarios() {
+    static Scenarios all;
+    return all;
+}
+
+/// Adds scenarios of these kinds, made with these arguments, to all. Each file has one of its own.
+template <typename... Kinds>
+struct Registration {
+    template <typename... Arguments>
+    explicit Registration(Arguments... arguments) {
+        (scenarios().push_back([=] { return std::make_unique<Kinds>(arguments...); }), ...);
+    }
+};
 
 }  // namespace juntora::test
