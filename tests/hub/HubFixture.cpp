@@ -36,11 +36,13 @@ LRESULT toolProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 void registerClasses() {
-    for (const WNDCLASSA& windowClass :
-         {WNDCLASSA{0, toolProcedure, 0, 0, 0, TOOL_CLASS},
-          WNDCLASSA{0, AfxGetAfxWndProc(), 0, 0, 0, HUB_WINDOW_CLASS}}) {
-        RegisterClassA(&windowClass);
-    }
+    WNDCLASSA windowClass{};
+    windowClass.lpfnWndProc = toolProcedure;
+    windowClass.lpszClassName = TOOL_CLASS;
+    RegisterClassA(&windowClass);
+    windowClass.lpfnWndProc = AfxGetAfxWndProc();
+    windowClass.lpszClassName = HUB_WINDOW_CLASS;
+    RegisterClassA(&windowClass);
 }
 
 }  // namespace

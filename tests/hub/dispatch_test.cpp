@@ -15,6 +15,7 @@ namespace {
 
 using HubDispatch = test::HubTest;
 using Texts = std::vector<std::string>;
+using namespace std::string_literals;
 
 TEST_F(HubDispatch, SignOnGivesNumbersNamesAndLines) {
     EXPECT_EQ(m_bHadClient, 0);
@@ -44,18 +45,10 @@ TEST_F(HubDispatch, RefusedSignOnsLeaveNoTrace) {
     const HWND tool = makeTool();
     // The longest name whose answer still has room.
     const std::string fits(80 - hex(tool).size() - std::strlen(" ;0") - 1, 'n');
-    const Texts refused = {"",
-                           " ",
-                           "Draftel",
-                           "Draftel 117706",
-                           "117707",
-                           "Draftel x117707",
-                           "Draftel 1177070000000",
-                           "Draftel Two 117707",
-                           fits + "n 117707",
-                           std::string(990, 'x') + " 117707",
-                           std::string(1003, '%')};
-    for (const std::string& text : refused) {
+    for (const std::string& text :
+         {""s, " "s, "Draftel"s, "Draftel 117706"s, "117707"s, "Draftel x117707"s,
+          "Draftel 1177070000000"s, "Draftel Two 117707"s, fits + "n 117707",
+          std::string(990, 'x') + " 117707", std::string(1003, '%')}) {
         EXPECT_EQ(send(tool, IPC_SIGN_ON, text), 0) << text;
         EXPECT_EQ(std::string(m_record.text, sizeof m_record.text).substr(0, text.size()), text);
         EXPECT_EQ(m_record.replyLength, 60);
@@ -68,8 +61,7 @@ TEST_F(HubDispatch, RefusedSignOnsLeaveNoTrace) {
     EXPECT_EQ(lines(), Texts());
     EXPECT_EQ(m_bHadClient, 0);
 
-    for (const std::string& name : {fits, std::string("%s%n%x"), std::string("a;b;"),
-                                    std::string("\xFF\xE4;"), std::string("\"(*")}) {
+    for (const std::string& name : {fits, "%s%n%x"s, "a;b;"s, "\xFF\xE4;"s, "\"(*"s}) {
         EXPECT_EQ(send(tool, IPC_SIGN_ON, name + " 117707", 1000), 1) << name;
         EXPECT_EQ(m_record.text, hex(tool) + ' ' + name + ";0");
         EXPECT_EQ(send(tool, IPC_FIND_APP, name + ";0", 2), static_cast<int>(tool));

@@ -66,18 +66,10 @@ TEST(RecordTextTest, RepliesStayInsideTheSendersRoomAndTheField) {
         std::size_t reply;
         int expected;
     };
-    const Case cases[] = {{60, 5, 6},
-                          {6, 5, 6},
-                          {5, 5, 5},
-                          {1, 5, 1},
-                          {60, 0, 1},
-                          {1004, 2000, 1004},
-                          {INT32_MAX, 2000, 1004},
-                          {INT32_MAX, 5, 6},
-                          {0, 5, 0},
-                          {-1, 5, -1},
-                          {INT32_MIN, 5, INT32_MIN}};
-    for (const Case& each : cases) {
+    for (const Case& each :
+         {Case{60, 5, 6}, Case{6, 5, 6}, Case{5, 5, 5}, Case{1, 5, 1}, Case{60, 0, 1},
+          Case{1004, 2000, 1004}, Case{INT32_MAX, 2000, 1004}, Case{INT32_MAX, 5, 6}, Case{0, 5, 0},
+          Case{-1, 5, -1}, Case{INT32_MIN, 5, INT32_MIN}}) {
         Slot slot('x');
         slot.record.replyLength = each.capacity;
         const std::string reply(each.reply, 'r');

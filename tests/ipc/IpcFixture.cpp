@@ -69,11 +69,6 @@ SeenRecord IpcTest::seen() {
     return record;
 }
 
-std::optional<MSG> IpcTest::takeMessage(UINT message) {
-    MSG taken{};
-    return GetMessageA(&taken, 0, message, message) == 1 ? std::optional<MSG>(taken) : std::nullopt;
-}
-
 bool IpcTest::isFree(int slot) { return block()->isFree[slot] != 0; }
 
 int IpcTest::freeSlots() {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <deque>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -37,8 +36,6 @@ protected:
     SeenRecord seen();
     /// Opens the block and reaches the hub, as a tool with the test's window.
     void attach() { ASSERT_TRUE(ipcObserve(m_window)); }
-    /// Waits for the next message of that number that is posted to this thread.
-    static std::optional<MSG> takeMessage(UINT message);
     /// Whether the slot of that number can be taken.
     static bool isFree(int slot);
     static int freeSlots();

@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <map>
 #include <sstream>
@@ -35,10 +34,6 @@ LRESULT handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
             return g_inOrder ? g_posted : -1;
         case PEER_ASK_BACK:
             return SendMessageA(static_cast<HWND>(wParam), PEER_ADD, 1, lParam) * 2;
-        case PEER_BLOCK: {
-            char byte = 0;
-            return read(STDIN_FILENO, &byte, 1);
-        }
         case PEER_TELL_START:
             SetWindowTextA(
                 window,
@@ -97,9 +92,6 @@ long obey(const std::string& line) {
     }
     if (verb == "release-count") {
         return ReleaseSemaphore(held.handle, 1, nullptr);
-    }
-    if (verb == "close") {
-        return CloseHandle(held.handle);
     }
     if (verb == "peek") {
         return held.view[0];

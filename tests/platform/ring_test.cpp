@@ -25,16 +25,6 @@ Item makeItem(std::uint32_t producer, std::uint32_t number) {
     return item;
 }
 
-TEST(RingTest, HoldsWhatItHasRoomFor) {
-    const auto ring = std::make_unique<Ring<Item, 8>>();
-    EXPECT_FALSE(ring->hasWork());
-    for (std::uint32_t i = 0; i < 8; ++i) {
-        EXPECT_TRUE(ring->push(makeItem(0, i)));
-    }
-    EXPECT_FALSE(ring->push(makeItem(0, 8)));
-    EXPECT_TRUE(ring->hasWork());
-}
-
 TEST(RingTest, KeepsEachProducersOrderAndLosesNothing) {
     constexpr std::uint32_t PRODUCERS = 6;
     constexpr std::uint32_t EACH = 50'000;

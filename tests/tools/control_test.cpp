@@ -1,5 +1,7 @@
 // juntoractl's commands against the real hub.
 #include <csignal>
+#include <iterator>
+#include <sstream>
 
 #include "tests/tools/ToolsFixture.h"
 
@@ -10,6 +12,10 @@ using nlohmann::json;
 
 class ControlTest : public ToolsTest {
 protected:
+    static std::vector<std::string> wordsOf(const char* line) {
+        std::istringstream words(line);
+        return {std::istream_iterator<std::string>(words), {}};
+    }
     /// A watch that stands.
     static ChildProcess startWatch(const std::string& arguments) {
         ChildProcess watch("/bin/sh", {"-c", "exec " + ProgramFolder() + "/juntoractl watch " +
@@ -20,24 +26,12 @@ protected:
 };
 
 TEST_F(ControlTest, WrongUsage) {
-    const std::vector<std::vector<std::string>> wrong = {
-        {},
-        {"bogus"},
-        {"find"},
-        {"find", "a", "b"},
-        {"find", "a", "--bogus"},
-        {"name", "xyz"},
-        {"alive", "0x10"},
-        {"alive", "123456789"},
-        {"command", "10"},
-        {"status", "10", "text", "code"},
-        {"watch"},
-        {"apps", "running"},
-    };
-    for (const auto& arguments : wrong) {
-        const Outcome outcome = control(arguments);
-        EXPECT_EQ(outcome.code, 2) << testing::PrintToString(arguments);
-        EXPECT_NE(outcome.errors, "") << testing::PrintToString(arguments);
+    for (const char* line :
+         {"", "bogus", "find", "find a b", "find a --bogus", "name xyz", "alive 0x10",
+          "alive 123456789", "command 10", "status 10 text code", "watch", "apps running"}) {
+        const Outcome outcome = control(wordsOf(line));
+        EXPECT_EQ(outcome.code, 2) << line;
+        EXPECT_NE(outcome.errors, "") << line;
         EXPECT_EQ(outcome.output, "");
     }
     const Outcome help = control({"--help"});
@@ -47,26 +41,13 @@ TEST_F(ControlTest, WrongUsage) {
 }
 
 TEST_F(ControlTest, WithoutAHub) {
-    const std::vector<std::vector<std::string>> commands = {
-        {"apps"},
-        {"apps", "--json"},
-        {"find", "x"},
-        {"name", "10"},
-        {"alive", "10"},
-        {"running"},
-        {"show"},
-        {"close-all"},
-        {"command", "10", "x"},
-        {"watch", "x"},
-        {"monitor"},
-        {"status", "10", "x", "-1"},
-        {"tool", "X", "--no-start"},
-    };
-    for (const auto& arguments : commands) {
-        const Outcome outcome = control(arguments);
-        EXPECT_EQ(outcome.code, 3) << arguments[0];
-        EXPECT_EQ(outcome.output, "") << arguments[0];
-        EXPECT_NE(outcome.errors.find("hub"), std::string::npos) << arguments[0];
+    for (const char* line :
+         {"apps", "apps --json", "find x", "name 10", "alive 10", "running", "show", "close-all",
+          "command 10 x", "watch x", "monitor", "status 10 x -1", "tool X --no-start"}) {
+        const Outcome outcome = control(wordsOf(line));
+        EXPECT_EQ(outcome.code, 3) << line;
+        EXPECT_EQ(outcome.output, "") << line;
+        EXPECT_NE(outcome.errors.find("hub"), std::string::npos) << line;
     }
     EXPECT_FALSE(hubRuns());
 }
