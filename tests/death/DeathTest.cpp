@@ -3,6 +3,7 @@
 // changes something.
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <vector>
@@ -46,14 +47,12 @@ Extent extent() {
     return extent;
 }
 
-class DeathCase : public ::testing::Test {
-public:
-    DeathCase(std::unique_ptr<Scenario> scenario, Tally (DeathRun::*deaths)())
-        : m_scenario(std::move(scenario)), m_deaths(deaths) {}
-
-    void TestBody() override {
-        DeathRun run(*m_scenario, extent());
-        const Tally tally = (run.*m_deaths)();
+class DeathCase : public ::testing::TestWithParam<ScenarioMaker> {
+protected:
+    static void judge(Tally (DeathRun::*deaths)()) {
+        const std::unique_ptr<Scenario> scenario = GetParam()();
+        DeathRun run(*scenario, extent());
+        const Tally tally = (run.*deaths)();
         std::printf("%zu kills, %zu of them at another place\n", tally.deaths, tally.missed);
         for (const std::string& complaint : tally.complaints) {
             ADD_FAILURE() << complaint;
@@ -64,34 +63,28 @@ public:
         EXPECT_LE(tally.missed * 5, tally.deaths)
             << "too many missed the place of their death, such as " << tally.lastMissed;
     }
-
-private:
-    std::unique_ptr<Scenario> m_scenario;
-    Tally (DeathRun::*m_deaths)();
 };
 
-void registerCase(const char* suite, const Scenarios::value_type& make,
-                  Tally (DeathRun::*deaths)()) {
-    ::testing::RegisterTest(suite, make()->name().c_str(), nullptr, nullptr, __FILE__, __LINE__,
-                            [=]() -> ::testing::Test* { return new DeathCase(make(), deaths); });
+using OneDeath = DeathCase;
+using TwoDeaths = DeathCase;
+
+TEST_P(OneDeath, In) { judge(&DeathRun::oneDeath); }
+TEST_P(TwoDeaths, In) { judge(&DeathRun::twoDeaths); }
+
+Scenarios mended() {
+    Scenarios chosen;
+    std::copy_if(scenarios().begin(), scenarios().end(), std::back_inserter(chosen),
+                 [](const ScenarioMaker& make) {
+                     return ALL_DEATHS || std::count(MENDED_IN_SAMPLE.begin(),
+                                                     MENDED_IN_SAMPLE.end(), make()->name()) != 0;
+                 });
+    return chosen;
 }
 
-void registerAll() {
-    for (const Scenarios::value_type& make : scenarios()) {
-        registerCase("OneDeath", make, &DeathRun::oneDeath);
-        const bool inSample = std::find(MENDED_IN_SAMPLE.begin(), MENDED_IN_SAMPLE.end(),
-                                        make()->name()) != MENDED_IN_SAMPLE.end();
-        if (ALL_DEATHS || inSample) {
-            registerCase("TwoDeaths", make, &DeathRun::twoDeaths);
-        }
-    }
-}
+constexpr auto nameOf = [](const auto& info) { return info.param()->name(); };
+
+INSTANTIATE_TEST_SUITE_P(Death, OneDeath, ::testing::ValuesIn(scenarios()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Death, TwoDeaths, ::testing::ValuesIn(mended()), nameOf);
 
 }  // namespace
 }  // namespace juntora::test
-
-int main(int argc, char** argv) {
-    ::testing::InitGoogleTest(&argc, argv);
-    juntora::test::registerAll();
-    return RUN_ALL_TESTS();
-}

@@ -2,9 +2,9 @@
 // that each of them is refused once and seen.
 #pragma once
 
-#include <compare>
 #include <cstdint>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "tests/death/Tracee.h"
@@ -16,7 +16,9 @@ struct Place {
     std::string file;  ///< Relative to the folder; empty for no place.
     std::uint64_t offset = 0;
 
-    auto operator<=>(const Place&) const = default;
+    bool operator<(const Place& other) const {
+        return std::tie(file, offset) < std::tie(other.file, other.offset);
+    }
 };
 
 /// Watches what the tracee has mapped, shared, from files below one folder. Nothing escapes it that

@@ -3,13 +3,21 @@
 
 #include <functional>
 #include <memory>
+#include <ostream>
 #include <vector>
 
 #include "tests/death/Scenario.h"
 
 namespace juntora::test {
 
-using Scenarios = std::vector<std::function<std::unique_ptr<Scenario>()>>;
+struct ScenarioMaker : std::function<std::unique_ptr<Scenario>()> {
+    using function::function;
+    /// By its name the test framework tells it from others.
+    friend void PrintTo(const ScenarioMaker& make, std::ostream* stream) {
+        *stream << make()->name();
+    }
+};
+using Scenarios = std::vector<ScenarioMaker>;
 
 /// Complete once main() runs.
 inline Scenarios& scenarios() {
@@ -22,7 +30,7 @@ template <typename... Kinds>
 struct Registration {
     template <typename... Arguments>
     explicit Registration(Arguments... arguments) {
-        (scenarios().push_back([=] { return std::make_unique<Kinds>(arguments...); }), ...);
+        (scenarios().emplace_back([=] { return std::make_unique<Kinds>(arguments...); }), ...);
     }
 };
 
