@@ -2,6 +2,7 @@
 #include "framework/CWinApp.h"
 #include "framework/CWnd.h"
 #include "platform/dialog/dialog.h"
+#include "platform/files/paths.h"
 #include "platform/kernel/process.h"
 
 namespace juntora {

@@ -1,7 +1,7 @@
 // Having the hub start a tool.
 #include "ipc/TextBuilder.h"
 #include "ipc/ipc.h"
-#include "platform/kernel/process.h"
+#include "platform/files/paths.h"
 
 namespace juntora {
 namespace {

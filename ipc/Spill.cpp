@@ -5,7 +5,8 @@
 #include <cstring>
 
 #include "ipc/ipc.h"
-#include "platform/kernel/files.h"
+#include "platform/files/temporaryFiles.h"
+#include "platform/files/wholeFile.h"
 
 namespace juntora {
 namespace {

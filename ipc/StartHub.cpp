@@ -6,6 +6,7 @@
 #include "ipc/ipc.h"
 #include "platform/desktop/message.h"
 #include "platform/dialog/dialog.h"
+#include "platform/files/paths.h"
 #include "platform/kernel/process.h"
 #include "platform/kernel/sync.h"
 

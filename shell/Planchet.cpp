@@ -7,6 +7,7 @@
 #include "framework/CWinApp.h"
 #include "framework/CWnd.h"
 #include "platform/dialog/dialog.h"
+#include "platform/files/paths.h"
 #include "platform/kernel/process.h"
 #include "platform/kernel/sync.h"
 

@@ -51,11 +51,6 @@ const char* GetEnvironment(const char* name);
 /// "NAME=VALUE"; "NAME=" removes. Returns 0, or -1 without an equals sign or a name.
 int PutEnvironment(const char* assignment);
 
-/// Parts of a path, either separator, each out argument may be null; buffers of 256 bytes, drive 3.
-void SplitPath(const char* path, char* drive, char* directory, char* name, char* extension);
-/// The current directory, null if it cannot be had within `capacity` bytes.
-char* CurrentDirectory(char* buffer, int capacity);
-
 /// The platform's version word; its top bit is clear, as on every platform that has mutexes.
 DWORD GetVersion();
 

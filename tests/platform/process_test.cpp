@@ -11,6 +11,7 @@
 
 #include "platform/desktop/message.h"
 #include "platform/desktop/window.h"
+#include "platform/files/paths.h"
 #include "platform/kernel/CommandLine.h"
 #include "platform/kernel/sync.h"
 #include "tests/platform/PeerMessages.h"

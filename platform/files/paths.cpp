@@ -1,10 +1,10 @@
 // Taking paths apart.
+#include "platform/files/paths.h"
+
 #include <unistd.h>
 
 #include <algorithm>
 #include <string_view>
-
-#include "platform/kernel/process.h"
 
 namespace juntora {
 namespace {
