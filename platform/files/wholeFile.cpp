@@ -1,28 +1,51 @@
 #include "platform/files/wholeFile.h"
 
 #include <fcntl.h>
-#include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <string>
 
-#include "platform/kernel/CommandLine.h"
+#include "platform/files/HostPath.h"
+#include "platform/kernel/SystemError.h"
+#include "platform/kernel/sync.h"
+#include "platform/messages.h"
 
 namespace juntora {
 namespace {
 
-using kernel::hostPath;
+bool failBySystem() {
+    SetLastError(kernel::errorOf(errno));
+    return false;
+}
+
+/// Runs `operation` on the exact spelling; only if that is not there, which is rare, on what the
+/// folders have instead, or on what can be made. -1 with the error set on failure.
+template <typename Operation>
+int onSpelling(const char* path, bool canMake, Operation operation) {
+    const std::string exact = files::hostPath(path);
+    int result = operation(exact, false);
+    if (result >= 0 || (errno != ENOENT && errno != ENOTDIR)) {
+        return result >= 0 || failBySystem() ? result : -1;
+    }
+    const files::Located place = files::locate(path);
+    const bool isNew = canMake && place.error == ERROR_FILE_NOT_FOUND;
+    if (place.error != 0 && !isNew) {
+        SetLastError(place.error);
+        return -1;
+    }
+    result = operation(place.path, isNew);
+    return result >= 0 || failBySystem() ? result : -1;
+}
 
 }  // namespace
 
 bool WriteWholeFile(const char* path, const void* data, std::size_t bytes) {
-    const int file =
-        open(hostPath(path).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC, 0600);
+    const int file = onSpelling(path, true, [](const std::string& spelling, bool isNew) {
+        const int flags = O_WRONLY | O_TRUNC | O_NONBLOCK | O_CLOEXEC | (isNew ? O_CREAT : 0);
+        return open(spelling.c_str(), flags, 0600);
+    });
     if (file < 0) {
         return false;
     }
@@ -33,6 +56,7 @@ bool WriteWholeFile(const char* path, const void* data, std::size_t bytes) {
             continue;
         }
         if (written <= 0) {
+            failBySystem();
             close(file);
             return false;
         }
@@ -43,12 +67,15 @@ bool WriteWholeFile(const char* path, const void* data, std::size_t bytes) {
 }
 
 long ReadFileStart(const char* path, void* data, std::size_t bytes) {
-    const int file = open(hostPath(path).c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    const int file = onSpelling(path, false, [](const std::string& spelling, bool) {
+        return open(spelling.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    });
     if (file < 0) {
         return -1;
     }
     struct stat state {};
     if (fstat(file, &state) != 0 || !S_ISREG(state.st_mode)) {
+        SetLastError(ERROR_ACCESS_DENIED);
         close(file);
         return -1;
     }
@@ -67,6 +94,10 @@ long ReadFileStart(const char* path, void* data, std::size_t bytes) {
     return static_cast<long>(got);
 }
 
-bool DeleteFileA(const char* path) { return unlink(hostPath(path).c_str()) == 0; }
+bool DeleteFileA(const char* path) {
+    return onSpelling(path, false, [](const std::string& spelling, bool) {
+               return unlink(spelling.c_str());
+           }) == 0;
+}
 
 }  // namespace juntora

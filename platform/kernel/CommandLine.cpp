@@ -1,12 +1,14 @@
 #include "platform/kernel/CommandLine.h"
 
-#include <dirent.h>
 #include <strings.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
+
+#include "platform/files/HostPath.h"
+#include "platform/files/PathSyntax.h"
 
 namespace juntora::kernel {
 namespace {
@@ -87,10 +89,8 @@ std::string quoted(const std::string& word) {
     return text + '"';
 }
 
-bool isProgram(const std::string& path) {
-    struct stat state {};
-    return stat(path.c_str(), &state) == 0 && S_ISREG(state.st_mode) &&
-           access(path.c_str(), X_OK) == 0;
+bool isProgram(const files::Located& file) {
+    return file.error == 0 && S_ISREG(file.state.stx_mode) && access(file.path.c_str(), X_OK) == 0;
 }
 
 bool endsInExtension(const std::string& name) {
@@ -98,41 +98,13 @@ bool endsInExtension(const std::string& name) {
            strcasecmp(name.c_str() + name.size() - EXTENSION_LENGTH, PROGRAM_EXTENSION) == 0;
 }
 
-/// The entry of the folder that is `name` but for case; empty if there is none that runs.
-std::string entryIgnoringCase(const std::string& folder, const std::string& name) {
-    DIR* listing = opendir(folder.empty() ? "." : folder.c_str());
-    if (listing == nullptr) {
-        return "";
+/// The program at `path`, or at what is left of it without the extension; empty if there is none.
+std::string programAt(const std::string& path) {
+    const files::Located file = files::locate(path);
+    if (isProgram(file)) {
+        return file.path;
     }
-    std::string found;
-    while (const dirent* entry = readdir(listing)) {
-        if (strcasecmp(entry->d_name, name.c_str()) == 0 && isProgram(folder + entry->d_name)) {
-            found = folder + entry->d_name;
-            break;
-        }
-    }
-    closedir(listing);
-    return found;
-}
-
-/// The program `name` in `folder` (with its trailing slash), in the first spelling that is there.
-std::string programIn(const std::string& folder, const std::string& name) {
-    std::vector<std::string> spellings{name};
-    if (endsInExtension(name)) {
-        spellings.push_back(name.substr(0, name.size() - EXTENSION_LENGTH));
-    }
-    for (const std::string& spelling : spellings) {
-        if (isProgram(folder + spelling)) {
-            return folder + spelling;
-        }
-    }
-    for (const std::string& spelling : spellings) {
-        std::string found = entryIgnoringCase(folder, spelling);
-        if (!found.empty()) {
-            return found;
-        }
-    }
-    return "";
+    return endsInExtension(path) ? programAt(path.substr(0, path.size() - EXTENSION_LENGTH)) : "";
 }
 
 std::string ownFolder() {
@@ -184,26 +156,13 @@ std::string joinCommandLine(const std::vector<std::string>& words) {
     return line;
 }
 
-std::string hostPath(std::string_view path) {
-    if (path.size() >= 2 && path[1] == ':' && (path[0] == 'c' || path[0] == 'C')) {
-        path.remove_prefix(2);
-    }
-    std::string host(path);
-    std::replace(host.begin(), host.end(), '\\', '/');
-    return host;
-}
-
 std::string findProgram(const std::string& word) {
-    const std::string path = hostPath(word);
-    const std::size_t separator = path.rfind('/');
-    if (separator != std::string::npos) {
-        return programIn(path.substr(0, separator + 1), path.substr(separator + 1));
-    }
-    if (path.empty()) {
-        return "";
+    if (word.empty() || files::hasDrive(word) ||
+        word.find_first_of(files::SEPARATORS) != std::string::npos) {
+        return programAt(word);
     }
     for (const std::string& folder : searchFolders()) {
-        std::string found = programIn(folder, path);
+        std::string found = programAt(folder + word);
         if (!found.empty()) {
             return found;
         }

@@ -18,10 +18,6 @@ std::string_view tailOf(std::string_view line);
 /// Words as one line that splits into them again.
 std::string joinCommandLine(const std::vector<std::string>& words);
 
-/// The path of a file of this machine for a path in either form: "C:\a\b" and "/a/b" are one, and
-/// backslashes separate. A relative path stays relative.
-std::string hostPath(std::string_view path);
-
 /// The file that a command line's first word stands for, empty if there is none. A bare name is
 /// looked for in this program's folder, the current folder and along PATH; ".exe" at its end, in
 /// any case of letters, may be missing from the file's name, as may the case of the letters.

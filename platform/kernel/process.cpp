@@ -8,14 +8,15 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <string>
 #include <vector>
 
 #include "platform/desktop/Timers.h"
+#include "platform/files/HostPath.h"
 #include "platform/kernel/Children.h"
 #include "platform/kernel/CommandLine.h"
 #include "platform/kernel/Handles.h"
+#include "platform/kernel/SystemError.h"
 #include "platform/kernel/sync.h"
 
 extern char** environ;
@@ -29,22 +30,6 @@ namespace {
 constexpr DWORD LOOK_FOR_END_MILLISECONDS = 5;
 constexpr int FIRST_UNINHERITED = 3;
 
-DWORD errorOf(int number) {
-    switch (number) {
-        case ENOENT:
-            return ERROR_FILE_NOT_FOUND;
-        case ENOTDIR:
-            return ERROR_PATH_NOT_FOUND;
-        case EACCES:
-        case EPERM:
-            return ERROR_ACCESS_DENIED;
-        case ENOEXEC:
-            return ERROR_BAD_EXE_FORMAT;
-        default:
-            return ERROR_NOT_ENOUGH_MEMORY;
-    }
-}
-
 /// Attributes and actions of a spawn, freed at the end of the scope.
 class SpawnSettings {
 public:
@@ -53,7 +38,7 @@ public:
         posix_spawnattr_init(&attributes);
         posix_spawn_file_actions_addclosefrom_np(&actions, FIRST_UNINHERITED);
         if (directory != nullptr) {
-            posix_spawn_file_actions_addchdir_np(&actions, hostPath(directory).c_str());
+            posix_spawn_file_actions_addchdir_np(&actions, files::locate(directory).path.c_str());
         }
         sigset_t signals;
         sigemptyset(&signals);
