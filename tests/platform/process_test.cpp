@@ -11,7 +11,6 @@
 
 #include "platform/desktop/message.h"
 #include "platform/desktop/window.h"
-#include "platform/files/paths.h"
 #include "platform/kernel/CommandLine.h"
 #include "platform/kernel/sync.h"
 #include "tests/platform/PeerMessages.h"
@@ -47,16 +46,6 @@ TEST(EnvironmentTest, NamesDoNotMindCaseAndNothingRemoves) {
     EXPECT_EQ(nullptr, GetEnvironment("JUNTORA_TEST_NAME"));
     EXPECT_EQ(-1, PutEnvironment("no equals sign"));
     EXPECT_EQ(-1, PutEnvironment("=no name"));
-}
-
-TEST(PathTest, SplitsInEitherForm) {
-    char drive[3], directory[256], name[256], extension[256];
-    SplitPath("C:\\a b\\tool.v2.exe", drive, directory, name, extension);
-    EXPECT_EQ("C:|\\a b\\|tool.v2|.exe",
-              std::string(drive) + "|" + directory + "|" + name + "|" + extension);
-    SplitPath("/usr/bin.d/tool", drive, directory, name, extension);
-    EXPECT_EQ("|/usr/bin.d/|tool|",
-              std::string(drive) + "|" + directory + "|" + name + "|" + extension);
 }
 
 class ProcessTest : public TestDesktop {
