@@ -1,4 +1,6 @@
 // Each request's opcode, route, capacity and text, and what is made of the result.
+#include <unistd.h>
+
 #include <filesystem>
 #include <functional>
 
@@ -80,7 +82,9 @@ TEST_F(RequestTest, FileFlags) {
 }
 
 TEST_F(RequestTest, Launches) {
-    const std::string here = std::filesystem::current_path().string();
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path("/proc/self");
+    const std::string here = "C:\\proc\\" + std::to_string(getpid());
     EXPECT_EQ(run(2, 18, 1000, "7 \"" + here + "\" Sketchel.exe -a \"b c\"",
                   [] { return ipcLaunch("Sketchel.exe", "-a \"b c\"", 0, 7); }),
               2);
@@ -100,6 +104,7 @@ TEST_F(RequestTest, Launches) {
     tellHub("result 13 4660");
     EXPECT_EQ(run(0, 71, 1000, text, launchAndFind), 0x1234);
     EXPECT_EQ(status, 0);
+    std::filesystem::current_path(before);
 }
 
 TEST_F(RequestTest, Posts) {

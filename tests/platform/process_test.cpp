@@ -73,7 +73,7 @@ protected:
 };
 
 TEST_F(ProcessTest, TheRawLineAndTheShowStateArrive) {
-    fs::copy(peerPath(), folder() + "/Peer");
+    fs::copy(peerPath(), folder() + "/Peer", fs::copy_options::overwrite_existing);
     const STARTUPINFOA startup{STARTF_USESHOWWINDOW, SW_HIDE};
     PROCESS_INFORMATION started{};
     ASSERT_TRUE(CreateProcessA(("\"" + folder() + "/PEER.EXE\" \"from  here\"  -x\"y").c_str(),
@@ -95,6 +95,9 @@ TEST_F(ProcessTest, StrangersGetWordsFolderAndTheThreeDescriptorsAlone) {
     const int leaked = dup(STDERR_FILENO);
     EXPECT_EQ("2|a b|c\n", outputOf("echo \"$#|$1|$2\"", "\"a b\" c"));
     EXPECT_EQ(fs::canonical(folder()).string() + "\n", outputOf("pwd -P", "", folder().c_str()));
+    EXPECT_EQ(fs::canonical(folder()).string() + "\n",
+              outputOf("pwd -P", "", ("C:" + sandbox().runtimeFolder() + "\\MY tools").c_str()))
+        << "the folder in the platform's form and another case of letters";
     const std::string descriptors = outputOf("ls /proc/self/fd | wc -l");
     EXPECT_EQ(4, std::stoi(descriptors)) << "the three and the one that lists them";
     close(leaked);
