@@ -85,7 +85,7 @@ TEST_F(HubDeparture, LinesAreFoundByWindowAndFile) {
         std::uint32_t flags;
     };
     const Line all[] = {{16, "", 0, 0},      {16, "/a.opj", 1, 0}, {16, "/A.OPJ", 2, 1},
-                        {16, "/my a", 3, 1}, {17, "/a.opj", 1, 0}, {16, "*/star", 0, 0}};
+                        {16, "/my a", 3, 1}, {17, "/a.opj", 1, 0}, {16, "*:/star", 0, 0}};
     for (const Line& line : all) {
         const PathName file(line.file);
         m_pHub->addActivityLine("a\"(1)", line.window, &file, line.access, line.flags);
@@ -107,12 +107,12 @@ TEST_F(HubDeparture, LinesAreFoundByWindowAndFile) {
     EXPECT_NE(remove(16, "/a.OPJ"), "");
     EXPECT_NE(remove(16, "/a.OPJ"), "");
     EXPECT_EQ(remove(16, "/a.OPJ"), "");
-    EXPECT_EQ(remove(16, "/MY A"), " a\"(1)       (0010)        *\"/my a\"  (r/w)");
+    EXPECT_EQ(remove(16, "/MY A"), " a\"(1)       (0010)        *\"C:\\my a\"  (r/w)");
     EXPECT_EQ(remove(16, ""), " a\"(1)       (0010)           ");
     EXPECT_EQ(remove(16, ""), "");
-    EXPECT_EQ(remove(16, "*/star"), " a\"(1)       (0010)         */star  ");
+    EXPECT_EQ(remove(16, "*:/star"), " a\"(1)       (0010)         *:\\star  ");
     EXPECT_EQ(remove(16, nullptr), "");
-    EXPECT_EQ(remove(17, nullptr), " a\"(1)       (0011)         /a.opj  (r)");
+    EXPECT_EQ(remove(17, nullptr), " a\"(1)       (0011)         C:\\a.opj  (r)");
     EXPECT_EQ(lines(), Texts());
 }
 

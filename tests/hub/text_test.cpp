@@ -93,10 +93,11 @@ TEST(ActivityLineTest, LaysItsColumnsOut) {
 
 TEST(ActivityLineTest, CutsDisplayNames) {
     EXPECT_EQ(displayName(PathName()), "");
-    EXPECT_EQ(displayName(PathName(std::string(500, 'p'))), std::string(259, 'p'));
-    char small[4] = "zzz";
-    fileDisplayName(PathName("%s%s"), small, sizeof small);
-    EXPECT_STREQ(small, "%s%");
+    const std::string longPath = "C:\\" + std::string(500, 'p');
+    EXPECT_EQ(displayName(PathName(longPath.c_str())), longPath.substr(0, 259));
+    char small[7] = "zzzzzz";
+    fileDisplayName(PathName("C:\\%s%s"), small, sizeof small);
+    EXPECT_STREQ(small, "C:\\%s%");
 }
 
 }  // namespace
