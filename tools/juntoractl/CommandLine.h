@@ -21,6 +21,9 @@ void addRequestCommands(CLI::App& app, Action* action);
 void addWatchCommand(CLI::App& app, Action* action);
 void addMonitorCommand(CLI::App& app, Action* action);
 void addToolCommand(CLI::App& app, Action* action);
+void addPathCommand(CLI::App& app, Action* action);
+void addListCommand(CLI::App& app, Action* action);
+void addCheckCommand(CLI::App& app, Action* action);
 
 /// Adds a command that runs `run` with its options, which live as long as the command line does.
 template <typename Options, typename Run>

@@ -34,6 +34,9 @@ int run(int argc, char** argv) {
     addWatchCommand(app, &action);
     addMonitorCommand(app, &action);
     addToolCommand(app, &action);
+    addPathCommand(app, &action);
+    addListCommand(app, &action);
+    addCheckCommand(app, &action);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
