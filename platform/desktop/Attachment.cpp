@@ -11,6 +11,7 @@
 #include "platform/desktop/SegmentFile.h"
 #include "platform/desktop/Sweep.h"
 #include "platform/desktop/desktop.h"
+#include "platform/kernel/Handles.h"
 #include "platform/kernel/NamedObjects.h"
 #include "platform/kernel/StartRecords.h"
 
@@ -153,6 +154,7 @@ void Attachment::forgetInForkedChild() {
     opening().tried = false;
     if (desktop != nullptr) {
         desktop->m_locks.close();
+        kernel::forgetObjectsInForkedChild();
         // Not destroyed: the parent's queues, of which this memory holds a copy, refer to it.
         static_cast<void>(opening().attachment.release());
     }

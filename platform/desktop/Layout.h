@@ -26,8 +26,8 @@ inline constexpr std::uint32_t MAX_PROCESSES = 2048;
 inline constexpr std::uint32_t MAX_THREADS = 2048;
 inline constexpr std::uint32_t MAX_WINDOWS = 32768;
 inline constexpr std::uint32_t MAX_NAMES = 4096;
-inline constexpr std::uint32_t MAX_OBJECTS = 4096;
-inline constexpr std::uint32_t MAX_HOLDS = 16384;
+inline constexpr std::uint32_t MAX_OBJECTS = 32768;
+inline constexpr std::uint32_t MAX_HOLDS = 131072;
 inline constexpr std::uint32_t MAX_STARTS = 256;
 inline constexpr std::uint32_t INDEX_BUCKETS = 8192;
 inline constexpr std::uint32_t MAX_SEND_DEPTH = 32;
@@ -140,7 +140,7 @@ struct NamedObject {
     std::atomic<ObjectKind> live;
     std::uint32_t generation;
     std::uint32_t hash;
-    std::uint32_t nextInBucket;
+    std::uint32_t nextInBucket;  ///< 1 + index, 0 at the end; a free one: of the next free one.
     std::uint32_t firstHold;
     pthread_mutex_t mutex;
     std::atomic<std::uint32_t> count;  ///< Semaphore: what may still be taken.
@@ -157,7 +157,7 @@ struct NamedObject {
 struct ObjectHold {
     std::atomic<std::uint32_t> object;  ///< 1 + index, 0 while free.
     std::uint32_t process;
-    std::uint32_t next;               ///< Of the same object.
+    std::uint32_t next;               ///< Of the same object; a free one: 1 + the next free one.
     std::atomic<std::int32_t> taken;  ///< Semaphore counts taken and not released.
 };
 
@@ -188,7 +188,10 @@ struct Segment {
     std::uint32_t nextWindow;                ///< Where the search for a free index starts.
     std::atomic<std::uint32_t> threadLimit;
     std::atomic<std::uint32_t> nameCount;
-    std::uint32_t nextHold;
+    std::uint32_t objectLimit;      ///< No object has been at this index or above.
+    std::uint32_t firstFreeObject;  ///< Below the limit: 1 + index, 0 for none.
+    std::uint32_t holdLimit;
+    std::uint32_t firstFreeHold;
     std::uint64_t lastToken;
 
     std::uint32_t windowBuckets[INDEX_BUCKETS];

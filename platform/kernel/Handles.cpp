@@ -1,5 +1,7 @@
 #include "platform/kernel/Handles.h"
 
+#include <unistd.h>
+
 namespace juntora::kernel {
 namespace {
 
@@ -44,6 +46,23 @@ Handle* handleOf(HANDLE handle, HandleKind kind) {
 HANDLE valueOf(const Handle* entry) {
     const auto index = static_cast<std::uintptr_t>(entry - g_handles);
     return reinterpret_cast<HANDLE>((index + 1) * VALUE_STEP);
+}
+
+void forgetObjectsInForkedChild() {
+    for (Handle& entry : g_handles) {
+        switch (entry.kind.load()) {
+            case HandleKind::MUTEX:
+            case HandleKind::SEMAPHORE:
+            case HandleKind::MAPPING:
+                if (entry.descriptor >= 0) {
+                    close(entry.descriptor);
+                }
+                entry.kind = HandleKind::CLOSED;
+                break;
+            default:
+                break;
+        }
+    }
 }
 
 }  // namespace juntora::kernel

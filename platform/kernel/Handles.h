@@ -31,4 +31,8 @@ Handle* handleOf(HANDLE handle, HandleKind kind);
 Handle* anyHandle(HANDLE handle);
 HANDLE valueOf(const Handle* entry);
 
+/// Closes what stands for named objects, in a child that was forked without starting a program: the
+/// holds behind them are its parent's.
+void forgetObjectsInForkedChild();
+
 }  // namespace juntora::kernel

@@ -6,8 +6,10 @@
 #include <cstdio>
 #include <cstring>
 
+#include "platform/desktop/Futex.h"
 #include "platform/desktop/Hash.h"
 #include "platform/desktop/Lock.h"
+#include "platform/desktop/Sweep.h"
 
 namespace juntora::kernel {
 namespace {
@@ -56,6 +58,40 @@ void unlink(Segment& segment, std::uint32_t index) {
     }
 }
 
+void freeObject(Segment& segment, std::uint32_t index) {
+    segment.objects[index].nextInBucket = segment.firstFreeObject;
+    segment.firstFreeObject = index + 1;
+}
+
+void freeHold(Segment& segment, std::uint32_t index) {
+    segment.holds[index].next = segment.firstFreeHold;
+    segment.firstFreeHold = index + 1;
+}
+
+/// What has been used before comes first, so that no more of the segment is touched than need be.
+std::uint32_t takeFreeObject(Segment& segment) {
+    if (segment.firstFreeObject == 0) {
+        return segment.objectLimit < MAX_OBJECTS ? segment.objectLimit++ : NONE;
+    }
+    const std::uint32_t index = segment.firstFreeObject - 1;
+    segment.firstFreeObject = segment.objects[index].nextInBucket;
+    return index;
+}
+
+std::uint32_t takeFreeHold(Segment& segment) {
+    if (segment.firstFreeHold == 0) {
+        return segment.holdLimit < MAX_HOLDS ? segment.holdLimit++ : NONE;
+    }
+    const std::uint32_t index = segment.firstFreeHold - 1;
+    segment.firstFreeHold = segment.holds[index].next;
+    return index;
+}
+
+bool isFull(const Segment& segment) {
+    return (segment.firstFreeObject == 0 && segment.objectLimit == MAX_OBJECTS) ||
+           (segment.firstFreeHold == 0 && segment.holdLimit == MAX_HOLDS);
+}
+
 void dropObject(Attachment& desktop, std::uint32_t index) {
     Segment& segment = desktop.segment();
     NamedObject& object = segment.objects[index];
@@ -66,26 +102,7 @@ void dropObject(Attachment& desktop, std::uint32_t index) {
     }
     object.live = ObjectKind::NO_OBJECT;
     unlink(segment, index);
-}
-
-std::uint32_t freeObject(const Segment& segment) {
-    for (std::uint32_t i = 0; i < MAX_OBJECTS; ++i) {
-        if (segment.objects[i].live.load() == ObjectKind::NO_OBJECT) {
-            return i;
-        }
-    }
-    return NONE;
-}
-
-std::uint32_t freeHold(Segment& segment) {
-    for (std::uint32_t step = 0; step < MAX_HOLDS; ++step) {
-        const std::uint32_t index = (segment.nextHold + step) % MAX_HOLDS;
-        if (segment.holds[index].object.load() == 0) {
-            segment.nextHold = index + 1;
-            return index;
-        }
-    }
-    return NONE;
+    freeObject(segment, index);
 }
 
 /// Describes a new object; it is not live yet.
@@ -103,7 +120,7 @@ void describe(NamedObject& object, const ObjectMaking& making, std::uint32_t has
 }
 
 std::uint32_t makeObject(Segment& segment, const ObjectMaking& making, std::uint32_t hash) {
-    const std::uint32_t index = freeObject(segment);
+    const std::uint32_t index = takeFreeObject(segment);
     if (index != NONE) {
         NamedObject& object = segment.objects[index];
         describe(object, making, hash);
@@ -115,7 +132,7 @@ std::uint32_t makeObject(Segment& segment, const ObjectMaking& making, std::uint
 
 std::uint32_t addHold(Attachment& desktop, std::uint32_t object) {
     Segment& segment = desktop.segment();
-    const std::uint32_t index = freeHold(segment);
+    const std::uint32_t index = takeFreeHold(segment);
     if (index != NONE) {
         ObjectHold& hold = segment.holds[index];
         hold.process = desktop.process();
@@ -136,9 +153,32 @@ void finishJournal(Segment& segment, NamedObject& object) {
     }
 }
 
-}  // namespace
+/// What a hold has taken goes back, and who waits for it is woken.
+void giveBack(Segment& segment, std::uint32_t objectIndex, std::uint32_t hold) {
+    NamedObject& object = segment.objects[objectIndex];
+    // Others may have released what this one took; there never are more counts than the maximum.
+    const std::int64_t missing = std::int64_t{object.maximum} - object.count.load();
+    const std::int64_t back = std::min<std::int64_t>(segment.holds[hold].taken.load(), missing);
+    if (back > 0) {
+        changeCount(segment, objectIndex, hold, static_cast<std::int32_t>(back));
+        desktop::futexWakeAll(&object.count);
+    }
+}
 
-Hold holdObject(Attachment& desktop, const ObjectMaking& making) {
+template <typename Condition>
+void releaseHoldsThat(Attachment& desktop, std::uint32_t object, Condition isToGo) {
+    const Segment& segment = desktop.segment();
+    std::uint32_t at = segment.objects[object].firstHold;
+    while (at != NONE) {
+        const std::uint32_t next = segment.holds[at].next;
+        if (isToGo(segment.holds[at])) {
+            releaseHold(desktop, at);
+        }
+        at = next;
+    }
+}
+
+Hold tryToHoldObject(Attachment& desktop, const ObjectMaking& making) {
     Segment& segment = desktop.segment();
     const std::uint32_t hash = hashOf(making.name);
     std::uint32_t object = findObject(segment, making.name, hash);
@@ -163,14 +203,24 @@ Hold holdObject(Attachment& desktop, const ObjectMaking& making) {
     return hold == NONE ? Hold{} : Hold{object, hold, isNew};
 }
 
+}  // namespace
+
+Hold holdObject(Attachment& desktop, const ObjectMaking& making) {
+    const Hold hold = tryToHoldObject(desktop, making);
+    if (hold.hold != NONE || !isFull(desktop.segment())) {
+        return hold;
+    }
+    desktop::sweepAll(desktop);
+    return tryToHoldObject(desktop, making);
+}
+
 void releaseHold(Attachment& desktop, std::uint32_t index) {
     Segment& segment = desktop.segment();
     ObjectHold& hold = segment.holds[index];
     const std::uint32_t objectIndex = hold.object.load() - 1;
     NamedObject& object = segment.objects[objectIndex];
-    const std::int32_t taken = hold.taken.load();
-    if (object.live.load() == ObjectKind::SEMAPHORE && taken > 0) {
-        changeCount(segment, objectIndex, index, taken);
+    if (object.live.load() == ObjectKind::SEMAPHORE) {
+        giveBack(segment, objectIndex, index);
     }
     std::uint32_t* from = &object.firstHold;
     while (*from != NONE && *from != index) {
@@ -180,6 +230,7 @@ void releaseHold(Attachment& desktop, std::uint32_t index) {
         *from = hold.next;
     }
     hold.object = 0;
+    freeHold(segment, index);
     if (object.firstHold == NONE) {
         dropObject(desktop, objectIndex);
     }
@@ -187,7 +238,7 @@ void releaseHold(Attachment& desktop, std::uint32_t index) {
 
 void releaseHoldsOf(Attachment& desktop, std::uint32_t process) {
     Segment& segment = desktop.segment();
-    for (std::uint32_t i = 0; i < MAX_HOLDS; ++i) {
+    for (std::uint32_t i = 0; i < segment.holdLimit; ++i) {
         if (segment.holds[i].object.load() != 0 && segment.holds[i].process == process) {
             releaseHold(desktop, i);
         }
@@ -195,15 +246,14 @@ void releaseHoldsOf(Attachment& desktop, std::uint32_t process) {
 }
 
 void releaseDeadHolds(Attachment& desktop, std::uint32_t object) {
-    Segment& segment = desktop.segment();
-    std::uint32_t at = segment.objects[object].firstHold;
-    while (at != NONE) {
-        const std::uint32_t next = segment.holds[at].next;
-        if (!desktop.processLives(segment.holds[at].process)) {
-            releaseHold(desktop, at);
-        }
-        at = next;
-    }
+    releaseHoldsThat(desktop, object,
+                     [&](const ObjectHold& hold) { return !desktop.processLives(hold.process); });
+}
+
+void giveBackDeadCounts(Attachment& desktop, std::uint32_t object) {
+    releaseHoldsThat(desktop, object, [&](const ObjectHold& hold) {
+        return hold.taken.load() > 0 && !desktop.processLives(hold.process);
+    });
 }
 
 void changeCount(Segment& segment, std::uint32_t object, std::uint32_t hold, std::int32_t change) {
@@ -219,27 +269,34 @@ void mappingFileName(const Segment& segment, std::uint32_t object, char (&name)[
 }
 
 void rebuildObjects(Segment& segment) {
-    for (NamedObject& object : segment.objects) {
+    for (std::uint32_t i = 0; i < segment.objectLimit; ++i) {
+        NamedObject& object = segment.objects[i];
         object.firstHold = NONE;
         if (object.live.load() != ObjectKind::NO_OBJECT) {
             finishJournal(segment, object);
         }
     }
-    for (std::uint32_t i = 0; i < MAX_HOLDS; ++i) {
+    segment.firstFreeHold = 0;
+    for (std::uint32_t i = 0; i < segment.holdLimit; ++i) {
         ObjectHold& hold = segment.holds[i];
         const std::uint32_t object = hold.object.load();
         if (object == 0) {
+            freeHold(segment, i);
             continue;
         }
         hold.next = segment.objects[object - 1].firstHold;
         segment.objects[object - 1].firstHold = i;
     }
     std::fill_n(segment.objectBuckets, desktop::INDEX_BUCKETS, 0);
-    for (std::uint32_t i = 0; i < MAX_OBJECTS; ++i) {
+    segment.firstFreeObject = 0;
+    for (std::uint32_t i = 0; i < segment.objectLimit; ++i) {
         NamedObject& object = segment.objects[i];
         if (object.firstHold == NONE) {
             object.live = ObjectKind::NO_OBJECT;
-        } else if (object.live.load() != ObjectKind::NO_OBJECT) {
+        }
+        if (object.live.load() == ObjectKind::NO_OBJECT) {
+            freeObject(segment, i);
+        } else {
             link(segment, i);
         }
     }

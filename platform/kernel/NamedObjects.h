@@ -25,14 +25,16 @@ struct Hold {
 };
 
 /// Opens the object, or makes it if nobody alive holds one of that name. An object of another kind
-/// under the name, or a full table, gives NONE.
+/// under the name, or a table that is full of what living processes hold, gives NONE.
 Hold holdObject(desktop::Attachment& desktop, const ObjectMaking& making);
 /// Gives a hold up. The last one of an object takes the object with it.
 void releaseHold(desktop::Attachment& desktop, std::uint32_t hold);
 /// Every hold of a process that leaves or is gone; semaphore counts go back.
 void releaseHoldsOf(desktop::Attachment& desktop, std::uint32_t process);
-/// Holds on this object of processes that are gone.
+/// Holds on this object of processes that are gone: a system call for each hold of others.
 void releaseDeadHolds(desktop::Attachment& desktop, std::uint32_t object);
+/// Only those that have taken semaphore counts.
+void giveBackDeadCounts(desktop::Attachment& desktop, std::uint32_t object);
 
 /// Moves a semaphore's count by `change` and the hold's account of what it has taken against it, as
 /// one change even if the caller dies in between.

@@ -22,9 +22,13 @@ HANDLE CreateMutexA(bool owned, const char* name);
 /// 0 with ERROR_NOT_OWNER when the calling thread does not own it. As often as it was waited for.
 BOOL ReleaseMutex(HANDLE mutex);
 
-/// As CreateMutexA; the counts have an effect only where the semaphore is made. A process that
-/// dies gives back the counts that it has taken and not released.
+/// As CreateMutexA; the counts have an effect only where the semaphore is made. A process gives
+/// back the counts that it has taken and not released when it closes the handle, leaves or dies.
+/// The dead count for nobody who opens, waits or reads the previous count after the death; one who
+/// is waiting then gets in within 100 ms.
 HANDLE CreateSemaphoreA(LONG initial, LONG maximum, const char* name);
+/// Gives `count` counts back, whoever took them; `previous`, if not null, gets how many there were.
+/// 0 with ERROR_TOO_MANY_POSTS when there would be more than the maximum.
 BOOL ReleaseSemaphore(HANDLE semaphore, LONG count, LONG* previous);
 
 /// Waits for a mutex or a semaphore count, or for the end of a process: WAIT_OBJECT_0,

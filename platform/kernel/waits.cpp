@@ -78,7 +78,7 @@ bool takeCount(Attachment& desktop, const Handle& entry) {
         return false;
     }
     if (objectOf(desktop, entry).count.load() == 0) {
-        releaseDeadHolds(desktop, entry.object);
+        giveBackDeadCounts(desktop, entry.object);
     }
     if (objectOf(desktop, entry).count.load() == 0) {
         return false;
@@ -203,6 +203,9 @@ BOOL ReleaseSemaphore(HANDLE semaphore, LONG count, LONG* previous) {
     desktop::NamedObject& object = kernel::objectOf(*desktop, *entry);
     {
         const desktop::SegmentLock lock(desktop->segment());
+        if (lock && previous != nullptr) {
+            kernel::giveBackDeadCounts(*desktop, entry->object);
+        }
         if (!lock || static_cast<std::uint32_t>(count) > object.maximum - object.count.load()) {
             SetLastError(ERROR_TOO_MANY_POSTS);
             return 0;

@@ -1,4 +1,9 @@
 // Named objects between real processes.
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <memory>
+
 #include "platform/kernel/sync.h"
 #include "tests/platform/Peer.h"
 #include "tests/support/TestDesktop.h"
@@ -63,6 +68,56 @@ TEST_F(ObjectTest, ADeadProcessGivesItsSemaphoreCountsBack) {
     EXPECT_FALSE(ReleaseSemaphore(semaphore, 1, nullptr)) << "beyond the maximum";
     CloseHandle(semaphore);
     EXPECT_EQ(nullptr, CreateSemaphoreA(2, 1, "more than it may hold"));
+}
+
+TEST_F(ObjectTest, TheDeadAreCountedNowhere) {
+    auto peer = std::make_unique<Peer>();
+    HANDLE semaphore = CreateSemaphoreA(4, 4, "counts");
+    peer->ask("semaphore counts 9 9");
+    EXPECT_EQ(WAIT_OBJECT_0, peer->ask("wait counts 0"));
+    EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(semaphore, 0));
+    peer->process.kill();
+    peer->process.wait();
+    LONG previous = -1;
+    EXPECT_TRUE(ReleaseSemaphore(semaphore, 1, &previous));
+    EXPECT_EQ(3, previous);
+    EXPECT_FALSE(ReleaseSemaphore(semaphore, 1, &previous)) << "all four are back";
+
+    peer = std::make_unique<Peer>();
+    peer->ask("semaphore counts 9 9");
+    EXPECT_EQ(WAIT_OBJECT_0, peer->ask("wait counts 0"));
+    EXPECT_TRUE(ReleaseSemaphore(semaphore, 1, nullptr)) << "what another has taken";
+    peer->process.kill();
+    peer->process.wait();
+    CloseHandle(CreateSemaphoreA(4, 4, "counts"));
+    EXPECT_FALSE(ReleaseSemaphore(semaphore, 1, nullptr)) << "it was given back already";
+    EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(semaphore, 0));
+    EXPECT_TRUE(ReleaseSemaphore(semaphore, 1, &previous));
+    EXPECT_EQ(3, previous);
+    CloseHandle(semaphore);
+}
+
+TEST_F(ObjectTest, WhatTheDeadHeldMakesRoom) {
+    HANDLE kept = CreateSemaphoreA(1, 1, "kept");
+    // Together more than the desktop holds.
+    for (int maker = 0; maker < 10; ++maker) {
+        const pid_t process = fork();
+        if (process == 0) {
+            int count = 0;
+            const std::string name = "object " + std::to_string(maker) + " ";
+            while (count < 4'000 && CreateMutexA(false, (name + std::to_string(count)).c_str())) {
+                ++count;
+            }
+            _exit(count == 4'000 ? 0 : 1);
+        }
+        int result = -1;
+        waitpid(process, &result, 0);
+        EXPECT_EQ(0, result) << maker;
+    }
+    CloseHandle(CreateSemaphoreA(1, 1, "kept"));
+    EXPECT_EQ(ERROR_ALREADY_EXISTS, GetLastError());
+    EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(kept, 0));
+    CloseHandle(kept);
 }
 
 TEST_F(ObjectTest, AMappingIsSharedAndZeroForItsNextMaker) {
