@@ -18,9 +18,10 @@ constexpr char FOOTER[] =
     "  juntoractl apps                      what runs, and which files it holds\n"
     "  juntoractl command 1000a \"open a\"    a command for the tool with the window 1000a\n"
     "  juntoractl watch \"Draftel;0\"         wait until that tool has gone\n"
+    "  juntoractl lock status a.opj         who reads, writes or watches that file\n"
     "  echo 'find Draftel' | juntoractl tool Sample\n"
     "                                       sign on, ask, and leave again\n\n"
-    "Exit codes: 0 done, 1 the hub refused or found nothing, 2 wrong usage, 3 no hub.\n"
+    "Exit codes: 0 done, 1 refused or nothing found, 2 wrong usage, 3 no hub.\n"
     "JUNTORA_DESKTOP names the desktop.";
 
 int run(int argc, char** argv) {
@@ -31,6 +32,7 @@ int run(int argc, char** argv) {
     addAppsCommand(app, &action);
     addQueryCommands(app, &action);
     addRequestCommands(app, &action);
+    addLockCommands(app, &action);
     addWatchCommand(app, &action);
     addMonitorCommand(app, &action);
     addToolCommand(app, &action);
