@@ -190,3 +190,22 @@ function(juntora_bench name)
     _juntora_see_tests(${name})
     add_dependencies(benchmarks ${name})
 endfunction()
+
+# juntora_fuzzer(NAME SOURCES file… [DEPENDS folder…] [LIBRARIES library…] [PROGRAMS program…])
+# The program NAME_fuzz around an entry for libFuzzer (tests/fuzz/Fuzz.h). The preset `fuzz` links it
+# with libFuzzer, for script/checks/fuzz to run; elsewhere it can only replay inputs. In either it is
+# a test that the inputs in corpus/NAME pass.
+function(juntora_fuzzer name)
+    file(GLOB corpus CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/corpus/${name}/*")
+    if(NOT corpus)
+        message(FATAL_ERROR "juntora_fuzzer(${name}): there are no inputs in corpus/${name}.")
+    endif()
+    _juntora_executable(${name}_fuzz ${ARGN})
+    _juntora_see_tests(${name}_fuzz)
+    if(JUNTORA_SANITIZE MATCHES "fuzzer")
+        target_link_options(${name}_fuzz PRIVATE -fsanitize=fuzzer)
+    else()
+        target_sources(${name}_fuzz PRIVATE "${PROJECT_SOURCE_DIR}/tests/fuzz/replay.cpp")
+    endif()
+    juntora_test_run(${name}_fuzz.corpus COMMAND ${name}_fuzz ${corpus})
+endfunction()

@@ -2,7 +2,7 @@
 # shellcheck shell=bash
 
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
-presets="release debug sanitize tsan"
+presets="release debug sanitize tsan fuzz"
 
 say() {
     printf '[%s] %s\n' "${0##*/}" "$*"
