@@ -46,6 +46,7 @@ TEST_F(StartTest, AHubWaitsForTheOneThatStartsUntilThatIsReadyOrDead) {
 TEST_F(StartTest, ManyAtOnceLeaveOne) {
     for (int round = 0; round < 10; ++round) {
         std::vector<ChildProcess> hubs;
+        hubs.reserve(4);
         for (int number = 0; number < 4; ++number) {
             hubs.emplace_back("juntora");
         }
@@ -103,7 +104,7 @@ protected:
     std::string calledWith() const {
         EXPECT_TRUE(waitFor([this] { return fs::exists(report()); }));
         std::ifstream file(report());
-        const std::string text{std::istreambuf_iterator<char>(file), {}};
+        std::string text{std::istreambuf_iterator<char>(file), {}};
         fs::remove(report());
         return text;
     }

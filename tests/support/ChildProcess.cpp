@@ -35,11 +35,9 @@ Pipe makePipe() {
 }
 
 std::vector<char*> pointersTo(std::vector<std::string>& texts) {
-    std::vector<char*> pointers;
-    for (std::string& text : texts) {
-        pointers.push_back(text.data());
-    }
-    pointers.push_back(nullptr);
+    std::vector<char*> pointers(texts.size() + 1);
+    std::transform(texts.begin(), texts.end(), pointers.begin(),
+                   [](std::string& text) { return text.data(); });
     return pointers;
 }
 

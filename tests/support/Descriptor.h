@@ -24,7 +24,8 @@ public:
         }
     }
     /// -1 for none.
-    operator int() const { return m_number; }
+    operator int() const& { return m_number; }
+    operator int() && = delete;  // It would be closed already.
 
 private:
     int m_number = -1;
