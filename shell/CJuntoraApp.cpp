@@ -4,6 +4,7 @@
 
 #include "framework/CWnd.h"
 #include "ipc/IpcMessage.h"
+#include "platform/kernel/process.h"
 #include "shell/CJuntoraDlg.h"
 #include "shell/StartLock.h"
 #include "shell/resources.h"
@@ -44,6 +45,7 @@ bool CJuntoraApp::InitInstance() {
         return false;
     }
     RegisterHubResources();
+    LeaveStartersPipes();
 
     constexpr int START_PLANCHET = 1;
     m_nCmdShow = SW_HIDE;

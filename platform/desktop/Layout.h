@@ -20,7 +20,7 @@
 namespace juntora::desktop {
 
 inline constexpr std::uint64_t SEGMENT_MAGIC = 0x61726f746e754a56;  // "VJuntora"
-inline constexpr std::uint32_t LAYOUT_VERSION = 2;
+inline constexpr std::uint32_t LAYOUT_VERSION = 3;
 
 inline constexpr std::uint32_t MAX_PROCESSES = 2048;
 inline constexpr std::uint32_t MAX_THREADS = 2048;

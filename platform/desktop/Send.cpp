@@ -5,6 +5,7 @@
 #include "platform/desktop/Sweep.h"
 #include "platform/desktop/TextTransfer.h"
 #include "platform/desktop/message.h"
+#include "platform/kernel/StartRecords.h"
 #include "platform/kernel/sync.h"
 
 namespace juntora {
@@ -128,6 +129,7 @@ Outcome awaitAnswer(Queue& queue, Turn& turn, const Address& to, bool wasAsleep,
             return turn.giveUp() ? Outcome::RECEIVER_HUNG : Outcome::ANSWERED;
         }
         queue.ringIfAsleep(to.thread);
+        kernel::noteWaitFor(queue.segment().threads[to.thread].process);
         queue.waitInSend(to.thread, turn.reply(), turn.waiting(), LOOK_AGAIN_MILLISECONDS);
     }
     return Outcome::ANSWERED;

@@ -1,9 +1,14 @@
 #include "platform/files/DriveLinks.h"
 
 #include <dirent.h>
+#include <sys/stat.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <ctime>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include <climits>
 
@@ -14,6 +19,7 @@ namespace juntora::files {
 namespace {
 
 constexpr std::size_t LINK_NAME_LENGTH = 2;
+constexpr std::time_t SETTLING_SECONDS = 1;
 
 /// The folder of the links with a trailing slash; empty for a user without a place for settings.
 std::string linksFolder() {
@@ -29,6 +35,55 @@ bool isLinkName(std::string_view name) {
     return name.size() == LINK_NAME_LENGTH && name[0] >= 'd' && name[0] <= 'z' && name[1] == ':';
 }
 
+struct DriveLink {
+    char drive;          ///< 'D' to 'Z'.
+    std::string target;  ///< Where it leads, without links.
+};
+
+std::vector<DriveLink> readLinks(const std::string& folder) {
+    std::vector<DriveLink> links;
+    DIR* entries = opendir(folder.c_str());
+    while (const dirent* entry = entries == nullptr ? nullptr : readdir(entries)) {
+        const std::string target =
+            isLinkName(entry->d_name) ? resolved(folder + entry->d_name) : "";
+        if (!target.empty()) {
+            links.push_back({static_cast<char>(entry->d_name[0] - 'a' + 'A'), target});
+        }
+    }
+    if (entries != nullptr) {
+        closedir(entries);
+    }
+    // Of two that lead to one place the first letter counts.
+    std::sort(links.begin(), links.end(),
+              [](const DriveLink& a, const DriveLink& b) { return a.drive < b.drive; });
+    return links;
+}
+
+/// The links, read anew when their folder has changed: every relative path asks for them.
+const std::vector<DriveLink>& driveLinks() {
+    struct Seen {
+        std::string folder;
+        struct timespec changed {};
+        ino_t number = 0;
+        std::vector<DriveLink> links;
+    };
+    thread_local Seen seen;
+    std::string folder = linksFolder();
+    struct stat state {};
+    if (folder.empty() || stat(folder.c_str(), &state) != 0) {
+        seen = {};
+    } else if (folder != seen.folder || state.st_ino != seen.number ||
+               state.st_mtim.tv_sec != seen.changed.tv_sec ||
+               state.st_mtim.tv_nsec != seen.changed.tv_nsec) {
+        std::vector<DriveLink> links = readLinks(folder);
+        // The clock of the file system is coarse: what changed just now may change once more
+        // without a new time.
+        const bool isSettled = state.st_mtim.tv_sec + SETTLING_SECONDS < std::time(nullptr);
+        seen = {std::move(folder), state.st_mtim, isSettled ? state.st_ino : 0, std::move(links)};
+    }
+    return seen.links;
+}
+
 }  // namespace
 
 std::string driveRoot(char letter) {
@@ -41,27 +96,16 @@ std::string driveRoot(char letter) {
 }
 
 std::string platformPath(const std::string& path) {
-    char letter = 'c';
-    std::string nearest = "/";
-    const std::string folder = linksFolder();
-    DIR* links = folder.empty() ? nullptr : opendir(folder.c_str());
-    while (const dirent* link = links == nullptr ? nullptr : readdir(links)) {
-        if (!isLinkName(link->d_name)) {
-            continue;
-        }
-        const std::string target = resolved(folder + link->d_name);
-        const bool isNearer =
-            target.size() > nearest.size() || (target == nearest && link->d_name[0] < letter);
-        if (!target.empty() && isNearer && isAtOrBelow(path, target)) {
-            letter = link->d_name[0];
-            nearest = target;
+    const DriveLink* nearest = nullptr;
+    for (const DriveLink& link : driveLinks()) {
+        const bool isNearer = nearest == nullptr || link.target.size() > nearest->target.size();
+        if (isNearer && isAtOrBelow(path, link.target)) {
+            nearest = &link;
         }
     }
-    if (links != nullptr) {
-        closedir(links);
-    }
-    const std::string below = path.substr(nearest == "/" ? 0 : nearest.size());
-    return std::string{static_cast<char>(letter - 'a' + 'A'), ':'} +
+    const bool isOnLink = nearest != nullptr && nearest->target != "/";
+    const std::string below = path.substr(isOnLink ? nearest->target.size() : 0);
+    return std::string{isOnLink ? nearest->drive : 'C', ':'} +
            (below.empty() ? "\\" : withBackslashes(below));
 }
 

@@ -9,6 +9,7 @@ set(PLATFORM_FILES_SOURCES
     files/drives.cpp
     files/paths.cpp
     files/search.cpp
+    files/shell.cpp
     files/status.cpp
     files/temporaryFiles.cpp
     files/wholeFile.cpp)

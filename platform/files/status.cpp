@@ -99,7 +99,7 @@ bool MakeEmptyFile(const char* path) {
     }
     const int file =
         open(place.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, WHAT_THE_USER_ALLOWS);
-    return file < 0 ? failBySystem() : close(file) == 0;
+    return file < 0 || close(file) != 0 ? failBySystem() : true;
 }
 
 DWORD GetShortPathNameA(const char* path, char* buffer, DWORD capacity) {

@@ -63,7 +63,7 @@ bool WriteWholeFile(const char* path, const void* data, std::size_t bytes) {
         at += written;
         bytes -= static_cast<std::size_t>(written);
     }
-    return close(file) == 0;
+    return close(file) == 0 || failBySystem();
 }
 
 long ReadFileStart(const char* path, void* data, std::size_t bytes) {

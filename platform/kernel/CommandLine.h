@@ -1,4 +1,4 @@
-// Command lines and the programs that they name.
+// Command lines, taken apart and put together.
 #pragma once
 
 #include <string>
@@ -17,10 +17,5 @@ std::string_view tailOf(std::string_view line);
 
 /// Words as one line that splits into them again.
 std::string joinCommandLine(const std::vector<std::string>& words);
-
-/// The file that a command line's first word stands for, empty if there is none. A bare name is
-/// looked for in this program's folder, the current folder and along PATH; ".exe" at its end, in
-/// any case of letters, may be missing from the file's name, as may the case of the letters.
-std::string findProgram(const std::string& word);
 
 }  // namespace juntora::kernel

@@ -129,6 +129,13 @@ void noteInputIdle() {
     }
 }
 
+void noteWaitFor(std::uint32_t process) {
+    const StartRecord* record = recordAt(ownClaim().place);
+    if (record != nullptr && record->starter == process && record->idle.load() == 0) {
+        noteInputIdle();
+    }
+}
+
 void releaseStartsOf(Segment& segment, std::uint32_t process) {
     for (StartRecord& record : segment.starts) {
         if (record.token.load() != 0 && record.starter == process) {

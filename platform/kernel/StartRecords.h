@@ -40,6 +40,9 @@ struct OwnStart {
 const OwnStart& ownStart();
 /// Tells the starter that this process waits in an empty message loop.
 void noteInputIdle();
+/// The same where this process waits for an answer of its starter's, if `process` is that: the two
+/// would otherwise wait for each other.
+void noteWaitFor(std::uint32_t process);
 
 /// Records of a starter that leaves or is gone. The caller holds the lock.
 void releaseStartsOf(desktop::Segment& segment, std::uint32_t process);

@@ -14,12 +14,10 @@
 #include "platform/desktop/Timers.h"
 #include "platform/files/HostPath.h"
 #include "platform/kernel/Children.h"
-#include "platform/kernel/CommandLine.h"
 #include "platform/kernel/Handles.h"
+#include "platform/kernel/ProgramSearch.h"
 #include "platform/kernel/SystemError.h"
 #include "platform/kernel/sync.h"
-
-extern char** environ;
 
 namespace juntora {
 namespace kernel {
@@ -86,15 +84,15 @@ std::vector<std::string> environmentFor(const StartPlace& place) {
 }
 
 /// The new process's number, or minus the error.
-int spawn(const std::string& program, const char* commandLine, const char* directory,
-          const StartPlace& place) {
-    std::vector<std::string> words = splitCommandLine(commandLine);
-    words[0] = program;
+int spawn(const ProgramStart& start, const char* directory, const StartPlace& place) {
+    std::vector<std::string> words = start.words;
+    words[0] = start.file;
     std::vector<std::string> variables = environmentFor(place);
     const SpawnSettings settings(directory);
     pid_t child = 0;
-    const int error = posix_spawn(&child, program.c_str(), &settings.actions, &settings.attributes,
-                                  pointersTo(words).data(), pointersTo(variables).data());
+    const int error =
+        posix_spawn(&child, start.file.c_str(), &settings.actions, &settings.attributes,
+                    pointersTo(words).data(), pointersTo(variables).data());
     return error == 0 ? child : -error;
 }
 
@@ -110,9 +108,9 @@ BOOL CreateProcessA(const char* commandLine, const char* directory, const STARTU
     using namespace kernel;
     collectEndedChildren();
     *information = {};
-    const std::string program = findProgram(splitCommandLine(commandLine)[0]);
-    if (program.empty()) {
-        SetLastError(ERROR_FILE_NOT_FOUND);
+    const ProgramStart start = findProgram(commandLine);
+    if (start.file.empty()) {
+        SetLastError(start.error);
         return 0;
     }
     Handle* entry = reserveHandle();
@@ -123,9 +121,9 @@ BOOL CreateProcessA(const char* commandLine, const char* directory, const STARTU
     const bool hasShow = startup != nullptr && (startup->dwFlags & STARTF_USESHOWWINDOW) != 0;
     StartPlace place;
     if (desktop::Attachment* desktop = desktop::Attachment::get()) {
-        place = offerStart(*desktop, commandLine, hasShow ? startup->wShowWindow : NO_SHOW_STATE);
+        place = offerStart(*desktop, start.line, hasShow ? startup->wShowWindow : NO_SHOW_STATE);
     }
-    const int child = spawn(program, commandLine, directory, place);
+    const int child = spawn(start, directory, place);
     if (child < 0) {
         endStart(place);
         entry->kind = HandleKind::CLOSED;

@@ -21,15 +21,18 @@ struct PROCESS_INFORMATION {
 /// Starts a program by a command line of which the first word, in double quotes or not, names it;
 /// `.exe` may stand for a name without it, in any case of letters, and `drive:\path` as well as
 /// `/path` is understood. Order of search for a bare name: this program's folder, the current
-/// folder, PATH. The command line as it stands and the show state reach a child that uses this
+/// folder, PATH. A path with blanks and without quotes is taken as far as it must be to name a
+/// program. The command line as it stands and the show state reach a child that uses this
 /// layer; any other gets the words, split at blanks outside of quotes. The child gets the
 /// environment, `directory` (null: this one's) as current folder, and the standard three
-/// descriptors alone. Returns 0 with GetLastError.
+/// descriptors alone. Returns 0 with GetLastError: ERROR_FILE_NOT_FOUND or ERROR_PATH_NOT_FOUND,
+/// ERROR_ACCESS_DENIED for what may not be run, ERROR_BAD_EXE_FORMAT, ERROR_NOT_ENOUGH_MEMORY.
 BOOL CreateProcessA(const char* commandLine, const char* directory, const STARTUPINFOA* startup,
                     PROCESS_INFORMATION* information);
 
-/// Waits until the process first waits in an empty message loop, or ends: 0; WAIT_TIMEOUT or
-/// WAIT_FAILED otherwise. A child that does not use this layer is never idle before its end.
+/// Waits until the process first waits in an empty message loop or for an answer of this process,
+/// or ends: 0; WAIT_TIMEOUT or WAIT_FAILED otherwise. A child that does not use this layer is never
+/// idle before its end.
 DWORD WaitForInputIdle(HANDLE process, DWORD milliseconds);
 
 /// Keeps main's arguments for the two below. Programs call it first of all; a library that is
@@ -46,9 +49,18 @@ char* CommandLineTail();
 /// The show state that the starter asked for, SW_SHOWDEFAULT if none.
 int StartShowState();
 
-/// The environment of this process. Names compare without regard to case; null when unset.
+/// For a program that outlives the one that started it. Where that was a program of this layer,
+/// standard input is empty from now on, and standard output goes where standard error goes, for
+/// this process and those that it starts: the starter's pipes end with the starter, and nobody
+/// else's lines get into its output. What a shell has started keeps all three.
+void LeaveStartersPipes();
+
+/// The environment of this process. Names compare without regard to case; null when unset. `Path`
+/// is in the platform's form here, "C:\bin;C:\usr\bin", and in this machine's for every child; its
+/// text is good until the next call for it.
 const char* GetEnvironment(const char* name);
-/// "NAME=VALUE"; "NAME=" removes. Returns 0, or -1 without an equals sign or a name.
+/// "NAME=VALUE"; "NAME=" removes. Returns 0, or -1 without an equals sign or a name, and for a
+/// `Path` of which no folder is there.
 int PutEnvironment(const char* assignment);
 
 /// The platform's version word; its top bit is clear, as on every platform that has mutexes.

@@ -1,4 +1,5 @@
 // How this process was started.
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -70,6 +71,18 @@ char* CommandLineTail() {
 int StartShowState() {
     const int state = kernel::ownStart().showState;
     return state == kernel::NO_SHOW_STATE ? SW_SHOWDEFAULT : state;
+}
+
+void LeaveStartersPipes() {
+    if (!kernel::ownStart().hasCommandLine) {
+        return;
+    }
+    const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    if (nothing >= 0) {
+        dup2(nothing, STDIN_FILENO);
+        close(nothing);
+    }
+    dup2(STDERR_FILENO, STDOUT_FILENO);
 }
 
 DWORD GetVersion() {

@@ -46,6 +46,22 @@ TEST(EnvironmentTest, NamesDoNotMindCaseAndNothingRemoves) {
     EXPECT_EQ(nullptr, GetEnvironment("JUNTORA_TEST_NAME"));
     EXPECT_EQ(-1, PutEnvironment("no equals sign"));
     EXPECT_EQ(-1, PutEnvironment("=no name"));
+
+    setenv("juntora_twice", "a", 1);
+    setenv("JUNTORA_TWICE", "b", 1);
+    EXPECT_EQ(0, PutEnvironment("JUNTORA_TWICE="));
+    EXPECT_EQ(nullptr, GetEnvironment("Juntora_Twice")) << "in whatever spelling";
+}
+
+TEST(EnvironmentTest, ThePathHasThePlatformsForm) {
+    EXPECT_EQ(0, PutEnvironment("Path=C:\\TMP;c:/proc/sys;Q:\\none;/no such folder"));
+    EXPECT_STREQ("/tmp:/proc/sys", std::getenv("PATH"));
+    EXPECT_STREQ("C:\\tmp;C:\\proc\\sys", GetEnvironment("path"));
+    EXPECT_EQ(-1, PutEnvironment("PATH=C:\\no such;/folder")) << "nothing could be found any more";
+    EXPECT_EQ(0, PutEnvironment("PATH=.:/usr/bin"));
+    EXPECT_STREQ(".:/usr/bin", std::getenv("PATH"));
+    EXPECT_EQ(0, PutEnvironment("PATH=/usr/bin:/bin"));
+    EXPECT_STREQ("C:\\usr\\bin;C:\\bin", GetEnvironment("PATH"));
 }
 
 class ProcessTest : public TestDesktop {
@@ -110,7 +126,31 @@ TEST_F(ProcessTest, WhatCannotBeStartedSaysWhy) {
     EXPECT_FALSE(CreateProcessA("", nullptr, nullptr, &started));
     EXPECT_FALSE(CreateProcessA("/bin/true", "/no/such/folder", nullptr, &started));
     EXPECT_EQ(ERROR_FILE_NOT_FOUND, GetLastError());
-    EXPECT_FALSE(CreateProcessA("/etc/passwd", nullptr, nullptr, &started)) << "not executable";
+    EXPECT_FALSE(CreateProcessA("/etc/passwd", nullptr, nullptr, &started));
+    EXPECT_EQ(ERROR_ACCESS_DENIED, GetLastError()) << "not executable";
+    EXPECT_FALSE(CreateProcessA("/no/such/folder/tool", nullptr, nullptr, &started));
+    EXPECT_EQ(ERROR_PATH_NOT_FOUND, GetLastError());
+    const std::string odd = folder() + "/odd";
+    std::ofstream(odd) << "no program";
+    fs::permissions(odd, fs::perms::owner_all);
+    EXPECT_FALSE(CreateProcessA(("\"" + odd + "\"").c_str(), nullptr, nullptr, &started));
+    EXPECT_EQ(ERROR_BAD_EXE_FORMAT, GetLastError());
+}
+
+TEST_F(ProcessTest, APathWithBlanksNeedsNoQuotes) {
+    fs::copy(peerPath(), folder() + "/Two Peers");
+    PROCESS_INFORMATION started{};
+    ASSERT_TRUE(
+        CreateProcessA((folder() + "/two peers.exe  a  b").c_str(), nullptr, nullptr, &started));
+    EXPECT_EQ(0U, WaitForInputIdle(started.hProcess, 10'000));
+    const HWND window = FindWindowA(PEER_CLASS, "a");
+    EXPECT_EQ(1, SendMessageA(window, PEER_TELL_START, 0, 0));
+    char told[100];
+    GetWindowTextA(window, told, sizeof told);
+    EXPECT_STREQ("a  b|10", told);
+    PostMessageA(window, PEER_QUIT, 0, 0);
+    EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(started.hProcess, 10'000));
+    CloseHandle(started.hProcess);
 }
 
 TEST_F(ProcessTest, EndedChildrenAreCollectedByTheLoop) {
