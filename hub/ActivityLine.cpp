@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "platform/files/shell.h"
+
 namespace juntora {
 namespace {
 
@@ -15,7 +17,9 @@ const char* accessText(std::uint32_t access) {
 }  // namespace
 
 void fileDisplayName(const PathName& file, char* buffer, int size) {
-    std::snprintf(buffer, static_cast<std::size_t>(size), "%s", file.c_str());
+    if (file.isEmpty() || !SHGetFileInfoA(file.c_str(), buffer, size)) {
+        std::snprintf(buffer, static_cast<std::size_t>(size), "%s", file.c_str());
+    }
 }
 
 std::string displayName(const PathName& file) {

@@ -22,8 +22,8 @@ inline constexpr int DISPLAY_NAME_SIZE = 260;
 /// Bit of AppEntry::flags that shows as the mark.
 inline constexpr std::uint32_t FILE_MARKED = 1;
 
-/// Writes what a person is shown as the name of a file, cut to `size` bytes with its NUL; empty for
-/// an empty path.
+/// Writes what a person is shown as the name of a file, cut to `size` bytes with its NUL: its name
+/// alone where the file is there, else its full path; empty for an empty path.
 void fileDisplayName(const PathName& file, char* buffer, int size);
 /// The same of at most 259 characters.
 std::string displayName(const PathName& file);

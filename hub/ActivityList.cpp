@@ -1,30 +1,33 @@
 #include "hub/ActivityList.h"
 
+#include <utility>
+
 #include "framework/CListBox.h"
 
 namespace juntora {
 
-void ActivityList::add(const std::string& line, HWND window, std::string_view fileText) {
+void ActivityList::add(const std::string& line, HWND window, std::string_view file) {
     if (m_pListBox->AddString(line.c_str()) >= 0) {
-        m_windows[window].emplace(fileText, line);
+        m_windows[window].emplace(file, line);
     }
 }
 
-bool ActivityList::remove(HWND window, const FileTexts* file) {
+bool ActivityList::remove(HWND window, const std::string_view* file) {
     const auto found = m_windows.find(window);
     if (found == m_windows.end()) {
         return false;
     }
     Lines& lines = found->second;
-    const std::vector<Lines::iterator> candidates = select(lines, file);
-    if (candidates.empty()) {
+    const auto [first, behind] =
+        file ? lines.equal_range(*file) : std::pair(lines.begin(), lines.end());
+    if (first == behind) {
         return false;
     }
     // Lines that differ only in case share a position. Which of their records goes does not matter:
     // nothing here or in the box tells them apart.
-    Lines::iterator chosen = candidates.front();
+    Lines::iterator chosen = first;
     int position = -1;
-    for (const Lines::iterator candidate : candidates) {
+    for (Lines::iterator candidate = first; candidate != behind; ++candidate) {
         if (const int last = lastPosition(candidate->second); last > position) {
             position = last;
             chosen = candidate;
@@ -35,27 +38,6 @@ bool ActivityList::remove(HWND window, const FileTexts* file) {
         m_windows.erase(found);
     }
     return position >= 0 && m_pListBox->DeleteString(position) >= 0;
-}
-
-std::vector<ActivityList::Lines::iterator> ActivityList::select(Lines& lines,
-                                                                const FileTexts* file) {
-    std::vector<Lines::iterator> selected;
-    const auto take = [&](Lines::iterator first, Lines::iterator behind) {
-        for (auto it = first; it != behind; ++it) {
-            selected.push_back(it);
-        }
-    };
-    if (!file) {
-        take(lines.begin(), lines.end());
-        return selected;
-    }
-    const auto [first, behind] = lines.equal_range(file->display);
-    take(first, behind);
-    if (!equalCaseBlind(file->display, file->full)) {
-        const auto [firstFull, behindFull] = lines.equal_range(file->full);
-        take(firstFull, behindFull);
-    }
-    return selected;
 }
 
 // The last of the lines that are equal to this one without regard to case: they stand together. The

@@ -33,6 +33,12 @@ AppEntry* AppTable::pushFront(std::unique_ptr<AppEntry> row) {
     Cursor cursor = AppList::pushFront(row.get());
     try {
         m_index.add(cursor);
+        try {
+            m_files.add(cursor);
+        } catch (...) {
+            m_index.remove(cursor);
+            throw;
+        }
     } catch (...) {
         removeAt(&cursor);
         throw;
@@ -42,9 +48,20 @@ AppEntry* AppTable::pushFront(std::unique_ptr<AppEntry> row) {
 
 void AppTable::removeRow(Cursor* cursor) {
     if (const std::unique_ptr<AppEntry> row(at(cursor)); row) {
+        m_files.remove(row.get());
         m_index.remove(*cursor);
         removeAt(cursor);
     }
+}
+
+void AppTable::removeRow(AppEntry* row) {
+    Cursor cursor = m_files.nodeOf(row);
+    removeRow(&cursor);
+}
+
+bool AppTable::hasSeveralRows(HWND window) const {
+    const RowIndex::Rows* rows = m_index.ofWindow(window);
+    return rows && rows->size() > 1;
 }
 
 AppEntry* AppTable::findRow(Cursor* cursor, HWND window, const char* name, bool exact) const {
@@ -73,11 +90,15 @@ AppNode* AppTable::findFromHead(const Wanted& wanted) const {
     const RowIndex::Rows* rows = wanted.window  ? m_index.ofWindow(wanted.window)
                                  : wanted.exact ? m_index.ofName(wanted.name)
                                                 : m_index.ofBaseName(wanted.name);
-    if (rows) {
-        for (AppNode* node : *rows) {
-            if (wanted.matches(*rowOf(node))) {
-                return node;
-            }
+    if (!rows) {
+        return nullptr;
+    }
+    if (!wanted.window || !wanted.name) {
+        return rows->front();  // The key was all that is asked for.
+    }
+    for (AppNode* node : *rows) {
+        if (wanted.matches(*rowOf(node))) {
+            return node;
         }
     }
     return nullptr;

@@ -6,6 +6,7 @@
 
 #include "common/AppList.h"
 #include "hub/AppEntry.h"
+#include "hub/FileIndex.h"
 #include "hub/RowIndex.h"
 
 namespace juntora {
@@ -40,6 +41,8 @@ public:
     /// Removes and destroys the cursor's row; the cursor moves to the next older one, to none
     /// behind the oldest. Watchers that the row still has are not told, and go with it.
     void removeRow(Cursor* cursor);
+    /// The same for a row of this table.
+    void removeRow(AppEntry* row);
 
     /// The newest row from the cursor's own on that has this window (0: any) and this name (null:
     /// any): with `exact` the unique name, otherwise the base name. The cursor moves to it. Without
@@ -53,6 +56,39 @@ public:
         return findRow(&cursor, window, name, exact);
     }
 
+    /// The newest row of a window; null for 0, which is no window.
+    AppEntry* rowOfWindow(HWND window) const {
+        return window ? findNewest(window, nullptr, false) : nullptr;
+    }
+
+    /// Whether the table has more than one row of a window.
+    bool hasSeveralRows(HWND window) const;
+
+    // --- Files -----------------------------------------------------------------------------------
+    // A row's `file` is changed here alone. Files compare without regard to case; a row without one
+    // never matches. Each result is a row, or null. The cost depends on how many hold the one file,
+    // not on the number of rows.
+
+    /// The newest row that holds a file with an access that has a bit in common with `mask`.
+    AppEntry* findFileHolder(const PathName& file, std::uint32_t mask) const;
+    /// Enters a file in the newest row of a window that holds this file, which then has `access` as
+    /// well as what it had (`*isMerged` 1), or that holds none (`*isMerged` 0).
+    AppEntry* addFileToRow(HWND window, std::uint32_t access, const PathName& file, int* isMerged);
+    /// Takes the file, its access and its flags from a row of this table.
+    void clearFile(AppEntry* row);
+
+    /// Sets or removes bits of the newest row of a window that holds a file.
+    AppEntry* setFileFlags(HWND window, const PathName& file, std::uint32_t bits);
+    AppEntry* clearFileFlags(HWND window, const PathName& file, std::uint32_t bits);
+    using FlagChange = AppEntry* (AppTable::*)(HWND window, const PathName& file,
+                                               std::uint32_t bits);
+    /// The newest row, of this window unless that is 0, that holds a file and has exactly the flags
+    /// `*flags`; 4,095 stands for any but 0, and 0 for 65,535. `*flags` becomes what the row has, 0
+    /// without one.
+    AppEntry* findFileFlags(HWND window, const PathName& file, std::uint32_t* flags) const;
+
+    // --- Names -----------------------------------------------------------------------------------
+
     /// The instance number that the next tool of a base name gets: one above the highest among its
     /// rows, 0 if there are none.
     int nextInstance(std::string_view baseName) const { return m_index.nextInstance(baseName); }
@@ -61,7 +97,10 @@ private:
     struct Wanted;
     AppNode* findFromHead(const Wanted& wanted) const;
 
+    AppEntry* rowWithFile(HWND window, const PathName& file) const;
+
     RowIndex m_index;
+    FileIndex m_files;
 };
 
 }  // namespace juntora

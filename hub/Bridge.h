@@ -2,9 +2,12 @@
 // take part like all others. The bridge stands above the hub and registers itself here.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 
+#include "common/PathName.h"
 #include "ipc/IpcMessage.h"
+#include "platform/types.h"
 
 namespace juntora {
 
@@ -21,6 +24,15 @@ public:
     /// finished with it; `*result` is then the answer. Changes neither target nor replyLength, and
     /// returns at once.
     virtual bool firstLook(int opcode, IpcMessage* record, int* result) = 0;
+
+    /// The window of a tool that holds a file in a way that stands against `access` (1 read, 2
+    /// write, 3 both) without having told the hub; 0 if there is none.
+    virtual HWND toolForLockedFile(const PathName& file, std::uint32_t access) = 0;
+
+    /// The window of a tool, of this very one unless `window` is 0, that has marked a file without
+    /// having told the hub, with the flags asked for in `*flags`; these become what it has set. 0
+    /// if there is none.
+    virtual HWND toolForMonitoredFile(HWND window, const PathName& file, std::uint32_t* flags) = 0;
 };
 
 using BridgeMaker = std::unique_ptr<Bridge> (*)(ipcDes* hub);

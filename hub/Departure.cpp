@@ -2,8 +2,8 @@
 #include <cstdio>
 
 #include "hub/RecordText.h"
-#include "hub/TextScan.h"
 #include "hub/ipcDes.h"
+#include "ipc/TextScan.h"
 
 namespace juntora {
 namespace {
@@ -48,7 +48,7 @@ void ipcDes::notifyWatchers(AppEntry* row, int orderly) {
     const std::string notice = departureNotice(*row, orderly);
     watchers->forEach([&](const void* word) {
         const HWND watcher = *static_cast<const HWND*>(word);
-        if (watcher && m_pTable->findNewest(watcher, nullptr, false)) {
+        if (m_pTable->rowOfWindow(watcher)) {
             ipcPost(IPC_DEPARTED, notice.c_str(), watcher);
         }
     });

@@ -20,10 +20,22 @@ struct ipcDes::Request {
 /// What the hub itself answers. IPC_CHILD_HELLO, IPC_DEPARTED and IPC_STATUS are for tools: the hub
 /// carries them only.
 const ipcDes::Request ipcDes::REQUESTS[] = {
-    {IPC_SIGN_ON, &ipcDes::onSignOn},   {IPC_SIGN_OFF, &ipcDes::onSignOff},
-    {IPC_FIND_APP, &ipcDes::onFindApp}, {IPC_APP_NAME, &ipcDes::onAppName},
-    {IPC_WATCH, &ipcDes::onWatch},      {IPC_COMMAND, &ipcDes::onHubCommand},
+    {IPC_SIGN_ON, &ipcDes::onSignOn},
+    {IPC_SIGN_OFF, &ipcDes::onSignOff},
+    {IPC_FIND_APP, &ipcDes::onFindApp},
+    {IPC_APP_NAME, &ipcDes::onAppName},
+    {IPC_WATCH, &ipcDes::onWatch},
+    {IPC_COMMAND, &ipcDes::onHubCommand},
     {IPC_IS_ALIVE, &ipcDes::onIsAlive},
+    {IPC_LAUNCH, &ipcDes::onLaunch},
+    {IPC_LAUNCH_WAIT, &ipcDes::onLaunchWait},
+    {IPC_SET_ENV, &ipcDes::onSetEnv},
+    {IPC_FILE_OPEN, &ipcDes::onFileOpen},
+    {IPC_FILE_QUERY, &ipcDes::onFileQuery},
+    {IPC_FILE_CLOSE, &ipcDes::onFileClose},
+    {IPC_FILE_SET_FLAGS, &ipcDes::onFileSetFlags},
+    {IPC_FILE_CLEAR_FLAGS, &ipcDes::onFileClearFlags},
+    {IPC_FILE_FIND_FLAGS, &ipcDes::onFileFindFlags},
 };
 
 int ipcDes::onRequest(int opcode, IpcMessage* record) {
@@ -56,7 +68,7 @@ int ipcDes::dispatch(int opcode, IpcMessage* record) {
 
 int ipcDes::forwardRecord(int opcode, const IpcMessage* record) {
     const HWND target = record->target;
-    if (target == 0 || !m_pTable->findNewest(target, nullptr, false)) {
+    if (!m_pTable->rowOfWindow(target)) {
         return 0;
     }
     IpcMessage* copy = ipcMemAlloc(sizeof(IpcMessage));

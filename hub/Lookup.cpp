@@ -1,16 +1,9 @@
 // What tools ask about one another.
 #include "hub/RecordText.h"
-#include "hub/TextScan.h"
 #include "hub/ipcDes.h"
+#include "ipc/TextScan.h"
 
 namespace juntora {
-namespace {
-
-AppEntry* rowOfWindow(const AppTable& table, HWND window) {
-    return window ? table.findNewest(window, nullptr, false) : nullptr;
-}
-
-}  // namespace
 
 HWND ipcDes::findToolWindow(const char* name) const {
     const bool exact = std::string_view(name).find(';') != std::string_view::npos;
@@ -24,7 +17,7 @@ int ipcDes::onFindApp(IpcMessage* record) {
 
 int ipcDes::onAppName(IpcMessage* record) {
     const HWND window = scanWindow(RecordText(*record).view());
-    const AppEntry* row = rowOfWindow(*m_pTable, window);
+    const AppEntry* row = m_pTable->rowOfWindow(window);
     if (!row || !hasReplyRoom(*record)) {
         return 0;
     }
@@ -34,7 +27,7 @@ int ipcDes::onAppName(IpcMessage* record) {
 
 int ipcDes::onIsAlive(IpcMessage* record) {
     const HWND window = scanWindow(RecordText(*record).view());
-    return rowOfWindow(*m_pTable, window) ? 1 : 0;
+    return m_pTable->rowOfWindow(window) ? 1 : 0;
 }
 
 }  // namespace juntora

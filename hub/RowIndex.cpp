@@ -1,25 +1,11 @@
 #include "hub/RowIndex.h"
 
+#include "hub/KeyedRows.h"
+
 namespace juntora {
 namespace {
 
 const AppEntry& rowOf(const AppNode* node) { return *static_cast<const AppEntry*>(node->value); }
-
-// Takes a place out of the rows of a key, and the key with its last row.
-template <typename Map, typename Key>
-void forget(Map& map, const Key& key, RowIndex::Rows::iterator place) {
-    const auto found = map.find(key);
-    found->second.erase(place);
-    if (found->second.empty()) {
-        map.erase(found);
-    }
-}
-
-template <typename Map, typename Key>
-const RowIndex::Rows* rowsOf(const Map& map, const Key& key) {
-    const auto found = map.find(key);
-    return found == map.end() ? nullptr : &found->second;
-}
 
 }  // namespace
 
@@ -44,8 +30,8 @@ void RowIndex::remove(AppNode* node) {
     const auto known = m_places.find(node);
     const AppEntry& row = rowOf(node);
     const Places& places = known->second;
-    forget(m_windows, row.window, places.byWindow);
-    forget(m_names, row.name, places.byName);
+    forgetRow(m_windows, row.window, places.byWindow);
+    forgetRow(m_names, row.name, places.byName);
 
     const auto family = m_families.find(row.baseName());
     Instances& instances = family->second.instances;

@@ -4,9 +4,9 @@
 #include "common/CaseBlind.h"
 #include "hub/HubMessages.h"
 #include "hub/RecordText.h"
-#include "hub/TextScan.h"
 #include "hub/ToolTable.h"
 #include "hub/ipcDes.h"
+#include "ipc/TextScan.h"
 #include "platform/dialog/dialog.h"
 
 namespace juntora {

@@ -37,17 +37,14 @@ void ipcDes::createBridge() {
 
 void ipcDes::addActivityLine(const char* name, HWND window, const PathName* file,
                              std::uint32_t access, std::uint32_t flags) {
-    const std::string fileText = file ? displayName(*file) : std::string();
-    m_lines.add(activityLine(name, window, fileText, access, flags), window, fileText);
+    const std::string shown = file ? displayName(*file) : std::string();
+    m_lines.add(activityLine(name, window, shown, access, flags), window,
+                file ? file->c_str() : "");
 }
 
 int ipcDes::removeActivityLine(HWND window, const PathName* file) {
-    if (!file) {
-        return m_lines.remove(window, nullptr) ? 0 : 1;
-    }
-    const std::string display = displayName(*file);
-    const FileTexts texts{display, file->c_str()};
-    return m_lines.remove(window, &texts) ? 0 : 1;
+    const std::string_view path(file ? file->c_str() : "");
+    return m_lines.remove(window, file ? &path : nullptr) ? 0 : 1;
 }
 
 }  // namespace juntora

@@ -82,7 +82,19 @@ private:
     int onWatch(IpcMessage* record);
     int onHubCommand(IpcMessage* record);
     int onIsAlive(IpcMessage* record);
+    int onLaunch(IpcMessage* record);
+    int onLaunchWait(IpcMessage* record);
+    int onSetEnv(IpcMessage* record);
+    int onFileOpen(IpcMessage* record);
+    int onFileQuery(IpcMessage* record);
+    int onFileClose(IpcMessage* record);
+    int onFileSetFlags(IpcMessage* record);
+    int onFileClearFlags(IpcMessage* record);
+    int onFileFindFlags(IpcMessage* record);
 
+    void holdFile(const AppEntry& client, const PathName& file, std::uint32_t access);
+    int changeFileFlags(IpcMessage* record, AppTable::FlagChange change);
+    void addRowLine(const AppEntry& row);
     int checkVersion(std::string_view name, int version, const IpcMessage* record);
     void enterTool(std::string_view baseName, std::int32_t instance, HWND window);
 

@@ -1,12 +1,11 @@
 // Coming to the hub and leaving it.
 #include <algorithm>
-#include <charconv>
 #include <cstring>
 #include <string_view>
-#include <system_error>
 
 #include "ipc/PostedRecords.h"
 #include "ipc/TextBuilder.h"
+#include "ipc/TextScan.h"
 #include "ipc/ipc.h"
 #include "platform/desktop/message.h"
 #include "platform/desktop/window.h"
@@ -24,17 +23,6 @@ namespace {
 constexpr int WAIT_PASSES = 50;
 constexpr DWORD WAIT_STEP = 600;
 constexpr char PARENT_VARIABLE[] = "PARENT";
-constexpr std::string_view BLANKS = " \t\r\n";
-
-/// Scans a hexadecimal number off the front of the text; 0 where there is none.
-HWND takeWindow(std::string_view* text) {
-    text->remove_prefix(std::min(text->find_first_not_of(BLANKS), text->size()));
-    HWND window = 0;
-    const char* end = text->data() + text->size();
-    const auto [behind, error] = std::from_chars(text->data(), end, window, 16);
-    text->remove_prefix(static_cast<std::size_t>(behind - text->data()));
-    return error == std::errc() ? window : 0;
-}
 
 /// Dispatches one message at most. False once this thread is to quit.
 bool pumpOnce() {
@@ -86,15 +74,15 @@ bool signOn(const char* name, char* nameBuffer, int* capacity) {
         return false;
     }
     const auto bytes = static_cast<std::size_t>(*capacity);
-    std::string_view rest(answer, strnlen(answer, bytes));
-    const HWND window = takeWindow(&rest);
-    if (window == 0) {
+    // An answer that was cut off has no NUL; the name then ends where the answer does.
+    TextScan scan({answer, strnlen(answer, bytes)});
+    HWND window = 0;
+    if (!scan.window(&window) || window == 0) {
         return false;
     }
     ipcSelfId = window;
-    rest.remove_prefix(std::min(rest.find_first_not_of(BLANKS), rest.size()));
-    // An answer that was cut off has no NUL; the name then ends where the answer does.
-    const std::string_view unique = rest.substr(0, rest.find_first_of(BLANKS));
+    std::string_view unique("");
+    scan.word(&unique);
     std::memcpy(nameBuffer, unique.data(), unique.size());
     nameBuffer[unique.size()] = '\0';
     return true;
@@ -106,8 +94,7 @@ void greetParent() {
     if (value == nullptr) {
         return;
     }
-    std::string_view text(value);
-    ipcParentId = takeWindow(&text);
+    ipcParentId = scanWindow(value);
     if (ipcParentId != 0) {
         ipcPost(IPC_CHILD_HELLO, nullptr, ipcParentId);
     }

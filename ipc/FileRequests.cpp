@@ -8,7 +8,7 @@ namespace juntora {
 namespace {
 
 RequestText& addFile(RequestText& text, const char* file, int number) {
-    return text.add("\"").add(file).add("\" ").addDecimal(number);
+    return text.addQuoted(file).add(" ").addDecimal(number);
 }
 
 int sendFile(int opcode, const char* file, int number) {

@@ -7,6 +7,7 @@ namespace juntora {
 namespace {
 
 constexpr int DIRECTORY_CAPACITY = IPC_TEXT_LIMIT;
+constexpr int REPLY_CAPACITY = 1040;
 constexpr int FAILED = 1;
 
 enum LaunchStatus { FOUND = 0, NOT_LAUNCHED = 1, NOT_FOUND = 2 };
@@ -17,12 +18,12 @@ int launch(int opcode, const char* program, const char* arguments, int show, int
         return withoutDirectory;
     }
     TextBuilder<IPC_TEXT_LIMIT> text;  // The hub reads no text from a file.
-    text.addDecimal(show).add(" \"").add(directory).add("\" ").add(program).add(" ");
+    text.addDecimal(show).add(" ").addQuoted(directory).add(" ").add(program).add(" ");
     text.add(arguments != nullptr ? arguments : "");
     if (text.get() == nullptr) {
         return FAILED;
     }
-    char unread[IPC_TEXT_LIMIT];
+    char unread[REPLY_CAPACITY];
     int capacity = sizeof unread;
     return ipcSend(opcode, text.get(), 0, unread, &capacity);
 }

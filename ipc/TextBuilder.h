@@ -23,11 +23,16 @@ public:
         return *this;
     }
 
+    /// In double quotes. A text with one in it has no place there.
+    TextBuilder& addQuoted(std::string_view text) {
+        m_fits = m_fits && text.find('"') == std::string_view::npos;
+        return add("\"").add(text).add("\"");
+    }
     TextBuilder& addDecimal(int number) { return addNumber(number, 10); }
     /// Lower case, without a prefix: a window as it travels.
     TextBuilder& addHex(std::uint32_t number) { return addNumber(number, 16); }
 
-    /// The text, null when not all of it found room.
+    /// The text, null when not all of it found room or could be quoted.
     const char* get() {
         m_text[m_length] = '\0';
         return m_fits ? m_text : nullptr;

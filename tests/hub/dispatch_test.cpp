@@ -240,6 +240,12 @@ public:
         *result = 5;
         return opcode == IPC_FIND_APP || record->target == window;
     }
+    HWND toolForLockedFile(const PathName& file, std::uint32_t access) override {
+        return file == PathName("/x/locked") && access == 2 ? window : 0;
+    }
+    HWND toolForMonitoredFile(HWND, const PathName& file, std::uint32_t* flags) override {
+        return file == PathName("/x/locked") && ++*flags == 8 ? window : 0;
+    }
 
     static constexpr HWND window = 0x7000;
     static int count;
@@ -267,6 +273,13 @@ TEST_F(HubDispatch, BridgeLooksFirst) {
     EXPECT_EQ(send(tool, IPC_COMMAND, "x", -1, ProbeBridge::window), 5);
     EXPECT_EQ(m_record.replyLength, -1);
     EXPECT_EQ(send(tool, IPC_IS_ALIVE, "7000", 2), 1);
+
+    EXPECT_EQ(send(tool, IPC_FILE_OPEN, "/X/LOCKED 2", 2), 0x7000) << "held outside the table";
+    EXPECT_EQ(send(tool, IPC_FILE_OPEN, "/x/locked 1", 2), 0);
+    EXPECT_EQ(send(tool, IPC_FILE_FIND_FLAGS, "/x/locked 7 0", 1000), 0x7000);
+    EXPECT_STREQ(m_record.text, "\"/x/locked\" 8 7000");
+    EXPECT_EQ(send(tool, IPC_FILE_FIND_FLAGS, "/x/locked 3 0", 1000), 0);
+    EXPECT_STREQ(m_record.text, "\"/x/locked\" 0 0");
 
     ProbeBridge::windowsCanBeMade = 0;
     m_pHub->createBridge();

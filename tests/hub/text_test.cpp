@@ -8,7 +8,7 @@
 
 #include "hub/ActivityLine.h"
 #include "hub/RecordText.h"
-#include "hub/TextScan.h"
+#include "ipc/TextScan.h"
 
 namespace juntora {
 namespace {

@@ -85,24 +85,24 @@ TEST_F(RequestTest, Launches) {
     const std::filesystem::path before = std::filesystem::current_path();
     std::filesystem::current_path("/proc/self");
     const std::string here = "C:\\proc\\" + std::to_string(getpid());
-    EXPECT_EQ(run(2, 18, 1000, "7 \"" + here + "\" Sketchel.exe -a \"b c\"",
+    EXPECT_EQ(run(2, 18, 1040, "7 \"" + here + "\" Sketchel.exe -a \"b c\"",
                   [] { return ipcLaunch("Sketchel.exe", "-a \"b c\"", 0, 7); }),
               2);
     EXPECT_EQ(
-        run(0, 71, 1000, "0 \"" + here + "\" p ", [] { return ipcLaunchWait("p", nullptr, 0, 0); }),
+        run(0, 71, 1040, "0 \"" + here + "\" p ", [] { return ipcLaunchWait("p", nullptr, 0, 0); }),
         0);
     const std::string text = "1 \"" + here + "\" p ";
     int status = -1;
     const auto launchAndFind = [&] {
         return static_cast<int>(ipcLaunchAndFind("p", nullptr, 0, 1, "P", &status));
     };
-    EXPECT_EQ(run(2, 71, 1000, text, launchAndFind), 0);
+    EXPECT_EQ(run(2, 71, 1040, text, launchAndFind), 0);
     EXPECT_EQ(status, 1);
-    EXPECT_EQ(run(0, 71, 1000, text, launchAndFind), 0);
+    EXPECT_EQ(run(0, 71, 1040, text, launchAndFind), 0);
     EXPECT_EQ(status, 2);
     EXPECT_EQ(seen().text, "P");
     tellHub("result 13 4660");
-    EXPECT_EQ(run(0, 71, 1000, text, launchAndFind), 0x1234);
+    EXPECT_EQ(run(0, 71, 1040, text, launchAndFind), 0x1234);
     EXPECT_EQ(status, 0);
     std::filesystem::current_path(before);
 }

@@ -18,14 +18,25 @@ public:
 
     /// "%s": the characters up to the next blank.
     bool word(std::string_view* field);
+    /// "%*[\"] %[^\"] %*c", with more to skip in the brackets than the quote: the characters in
+    /// double quotes, without the blanks before them. Where the closing quote is missing they run
+    /// to the end of the text.
+    bool quoted(std::string_view skipped, std::string_view* field);
     /// "%d". A number beyond 32 bits is none.
     bool decimal(std::int32_t* field);
+    /// "%i": as decimal, but octal behind a 0, and hexadecimal behind 0x.
+    bool integer(std::int32_t* field);
     /// "%lx", a window: hexadecimal with or without a sign and the prefix 0x. A number beyond 32
     /// bits is none, for no window has it.
     bool window(HWND* field);
 
+    /// What is left behind the fields read, and the blanks behind these.
+    std::string_view rest();
+
 private:
     void skipBlanks();
+    bool number(int base, bool negative, std::int32_t* field);
+    bool skipPrefix();
     bool skipSign();
     std::string_view m_rest;
 };
