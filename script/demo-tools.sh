@@ -156,6 +156,18 @@ hub_is_gone() {
     [ "$code" -eq 3 ]
 }
 
+# process_with_parent PARENT PROGRAM: the number of the parent's child that runs the program.
+process_with_parent() {
+    local process
+    for process in $(marked_processes "JUNTORA_RUN=$base"); do
+        if [ "$(sed -n 's/^PPid:[[:space:]]*//p' "/proc/$process/status" 2>/dev/null)" = "$1" ] &&
+            [ "$(cat "/proc/$process/comm" 2>/dev/null)" = "$2" ]; then
+            printf '%s' "$process"
+            return
+        fi
+    done
+}
+
 # The number of this demonstration's process that runs the program, empty without one.
 process_of() {
     local process

@@ -22,7 +22,8 @@ pid_t hubProcess() {
 
 }  // namespace
 
-Tool::Tool(const std::string& name) : m_process("juntoractl", {"tool", name}) {
+Tool::Tool(const std::string& name, const ChildProcess::Options& options)
+    : m_process("juntoractl", {"tool", name}, options) {
     const nlohmann::json event = next();
     EXPECT_EQ(event.value("event", ""), "signed-on");
     m_id = event.value("id", "");

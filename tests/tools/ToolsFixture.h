@@ -15,7 +15,7 @@ namespace juntora::test {
 /// A `juntoractl tool` that has signed on.
 class Tool {
 public:
-    explicit Tool(const std::string& name);
+    explicit Tool(const std::string& name, const ChildProcess::Options& options = {});
 
     const std::string& id() const { return m_id; }
     const std::string& name() const { return m_name; }

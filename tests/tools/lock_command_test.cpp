@@ -23,7 +23,7 @@ TEST_F(LockCommandTest, TellsWhatOthersHoldUntilTheyAreDone) {
     EXPECT_EQ(writer.readLine(), "0: success");
     ChildProcess watcher("juntoractl", {"lock", "hold", "/A.OPJ", "monitor", "--json"});
     const json held = {
-        {"file", "/A.OPJ"}, {"kind", "monitor"}, {"result", 0}, {"meaning", "success"}};
+        {"file", "C:\\A.OPJ"}, {"kind", "monitor"}, {"result", 0}, {"meaning", "success"}};
     EXPECT_EQ(json::parse(watcher.readLine().value_or("{}")), held);
     EXPECT_EQ(status("/a.opj"),
               "40\n8: somebody has the write lock\n32: somebody watches the file\n");
@@ -42,7 +42,7 @@ TEST_F(LockCommandTest, TellsWhatOthersHoldUntilTheyAreDone) {
     EXPECT_EQ(reader.readLine(), "0: success");
     watcher.kill(SIGTERM);
     EXPECT_EQ(watcher.wait(), 0);
-    const json read = {{"file", "/a.opj"},
+    const json read = {{"file", "C:\\a.opj"},
                        {"status", 2},
                        {"bits", {{{"value", 2}, {"meaning", "somebody has a read lock"}}}}};
     EXPECT_EQ(json::parse(control({"lock", "status", "/a.opj", "--json"}).output), read);

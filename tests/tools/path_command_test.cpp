@@ -22,18 +22,18 @@ protected:
 };
 
 TEST_F(PathCommandTest, TellsAPathsParts) {
-    const json expected = {{"path", "C:\\work\\board.v2.opj"},
-                           {"entered", "/work/./board.v2.opj"},
+    const json expected = {{"path", "C:\\desk\\board.v2.opj"},
+                           {"entered", "/desk/./board.v2.opj"},
                            {"drive", "C:"},
-                           {"directory", "C:\\work\\"},
+                           {"directory", "C:\\desk\\"},
                            {"base name", "board.v2"},
                            {"extension", "opj"},
-                           {"stem", "C:\\work\\board.v2"},
-                           {"parent", "C:\\work"},
-                           {"components", {"C:", "work", "board.v2.opj"}},
+                           {"stem", "C:\\desk\\board.v2"},
+                           {"parent", "C:\\desk"},
+                           {"components", {"C:", "desk", "board.v2.opj"}},
                            {"UNC root", ""},
                            {"display name", "board.v2.opj"}};
-    EXPECT_EQ(json::parse(control({"path", "/work/./board.v2.opj", "--json"}).output), expected);
+    EXPECT_EQ(json::parse(control({"path", "/desk/./board.v2.opj", "--json"}).output), expected);
     const std::string plain = control({"path", "//s/share/x"}).output;
     EXPECT_NE(plain.find("\nUNC root      \\\\s\\share\n"), std::string::npos) << plain;
     EXPECT_NE(plain.find("\ncomponents    s | share | x\n"), std::string::npos) << plain;
@@ -46,13 +46,13 @@ TEST_F(PathCommandTest, PrintsForms) {
         int code;
         std::string output;
     } cases[] = {
-        {{"/work/a/b", "--relative", "/work/c"}, 0, "..\\a\\b\n"},
+        {{"/desk/a/b", "--relative", "/desk/c"}, 0, "..\\a\\b\n"},
         {{"..\\x", "--base", "D:\\a", "--relative", "D:\\a", "--json"},
          0,
          "{\"relative\":\"..\\\\x\"}\n"},
-        {{"/work/designs/board.opj", "--abbreviate", "16"}, 0, "C:\\...\\board.opj\n"},
-        {{"/work/designs/board.opj", "--abbreviate", "5"}, 1, ""},
-        {{"/work/designs/board.opj", "--abbreviate", "5", "--json"},
+        {{"/desk/designs/board.opj", "--abbreviate", "16"}, 0, "C:\\...\\board.opj\n"},
+        {{"/desk/designs/board.opj", "--abbreviate", "5"}, 1, ""},
+        {{"/desk/designs/board.opj", "--abbreviate", "5", "--json"},
          1,
          "{\"abbreviated\":null,\"needed\":16}\n"},
         {{""}, 1, ""},

@@ -27,6 +27,23 @@ std::string Arguments::word(const char* what) {
     return std::string(taken);
 }
 
+std::vector<std::string> Arguments::words() {
+    std::vector<std::string> all;
+    while (!isAtEnd()) {
+        all.push_back(word("a word"));
+    }
+    return all;
+}
+
+bool Arguments::takeIf(std::string_view expected) {
+    skipBlanks();
+    if (m_rest.substr(0, m_rest.find_first_of(BLANKS)) != expected) {
+        return false;
+    }
+    m_rest.remove_prefix(expected.size());
+    return true;
+}
+
 HWND Arguments::window(const char* what) {
     const std::string text = word(what);
     HWND window = 0;

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/types.h"
 
@@ -18,6 +19,10 @@ public:
     explicit Arguments(std::string_view line) : m_rest(line) {}
 
     std::string word(const char* what);
+    /// All the words that are left.
+    std::vector<std::string> words();
+    /// Takes the next word if it is this one.
+    bool takeIf(std::string_view expected);
     HWND window(const char* what);
     /// A decimal number from `lowest` to `highest`.
     int number(const char* what, int lowest, int highest);
@@ -26,13 +31,14 @@ public:
     /// The same, nothing where the line ends before it.
     std::optional<std::string> optionalText();
 
+    /// Whether nothing is left, understood or not.
+    bool isAtEnd();
     /// Whether the line ends here and was understood; else problem() tells.
     bool areComplete();
     const std::string& problem() const { return m_problem; }
 
 private:
     void skipBlanks();
-    bool isAtEnd();
     std::string takeQuoted();
     void complain(std::string problem);
 

@@ -18,6 +18,7 @@ void addAppsCommand(CLI::App& app, Action* action);
 void addQueryCommands(CLI::App& app, Action* action);
 /// show, close-all, command, status
 void addRequestCommands(CLI::App& app, Action* action);
+void addLaunchCommand(CLI::App& app, Action* action);
 /// lock status, lock hold
 void addLockCommands(CLI::App& app, Action* action);
 void addWatchCommand(CLI::App& app, Action* action);

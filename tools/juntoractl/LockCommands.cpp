@@ -1,5 +1,7 @@
 // lock: who has a file in hand, and having it in hand. No hub takes part.
+#include <algorithm>
 #include <string>
+#include <vector>
 
 #include "common/FileLock.h"
 #include "common/PathName.h"
@@ -57,14 +59,18 @@ int status(const Options& options) {
     const PathName path(options.file.c_str());
     const int bits = FileLock(path.c_str()).status();
     Json object{{"file", path.c_str()}, {"status", bits}, {"bits", Json::array()}};
-    std::string text = std::to_string(bits);
+    std::vector<std::string> lines{std::to_string(bits)};
     for (const auto& [bit, meaning] : STATUS_BITS) {
         if ((bits & bit) != 0) {
             object["bits"].push_back({{"value", bit}, {"meaning", meaning}});
-            text += "\n" + std::to_string(bit) + ": " + meaning;
+            lines.push_back(std::to_string(bit) + ": " + meaning);
         }
     }
-    options.json ? printJson(object) : printLine(text);
+    if (options.json) {
+        printJson(object);
+    } else {
+        std::for_each(lines.begin(), lines.end(), printLine);
+    }
     return EXIT_CODE_DONE;
 }
 

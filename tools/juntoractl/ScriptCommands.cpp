@@ -5,6 +5,7 @@
 
 #include "ipc/ipc.h"
 #include "tools/juntoractl/Arguments.h"
+#include "tools/juntoractl/ScriptHandlers.h"
 
 namespace juntora {
 namespace {
@@ -119,6 +120,15 @@ constexpr Command COMMANDS[] = {
     {"status", "ID TEXT CODE", status},
     {"send", "OPCODE ID CAPACITY [TEXT]", send},
     {"post", "OPCODE ID [TEXT]", post},
+    {"open", "FILE ACCESS", scriptOpen},
+    {"query", "FILE ACCESS", scriptQuery},
+    {"close", "FILE ACCESS", scriptClose},
+    {"set-flags", "FILE BITS", scriptSetFlags},
+    {"clear-flags", "FILE BITS", scriptClearFlags},
+    {"find-flags", "FILE FLAGS [ID]", scriptFindFlags},
+    {"launch", "PROGRAM [ARGUMENT...]", scriptLaunch},
+    {"launch-wait", "PROGRAM [ARGUMENT...]", scriptLaunchWait},
+    {"setenv", "NAME=VALUE", scriptSetEnv},
 };
 
 Json error(const std::string& text) { return {{"event", "error"}, {"text", text}}; }

@@ -32,6 +32,7 @@ int run(int argc, char** argv) {
     addAppsCommand(app, &action);
     addQueryCommands(app, &action);
     addRequestCommands(app, &action);
+    addLaunchCommand(app, &action);
     addLockCommands(app, &action);
     addWatchCommand(app, &action);
     addMonitorCommand(app, &action);
