@@ -14,7 +14,9 @@
 #include <string>
 
 #include "bench/Bus.h"
+#include "bench/Library.h"
 #include "bench/PingPong.h"
+#include "bench/Requests.h"
 #include "bench/Statistics.h"
 #include "bench/Tool.h"
 #include "platform/desktop/message.h"
@@ -290,6 +292,7 @@ int runStart() {
 int run() {
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
     benchStart();
+    benchLibrary();
     const test::DesktopSandbox sandbox;
     sandbox.enter();
     Bus bus(sandbox.runtimeFolder());
@@ -305,6 +308,8 @@ int run() {
     benchSignOn();
     benchFootprint(hub.pid());
     benchTableSizes();
+    benchFiles();
+    benchLaunch();
     return 0;
 }
 

@@ -89,7 +89,7 @@ std::string_view PathComponents::next() {
 }
 
 void PathComponents::skip(int count) {
-    for (; count > 0; --count) {
+    for (; count > 0 && !m_rest.empty(); --count) {
         next();
     }
 }

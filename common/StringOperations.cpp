@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string>
 
 namespace juntora {
 namespace {
@@ -42,10 +43,11 @@ void replaceChar(CString& text, char from, char to) {
 }
 
 void removeChars(CString& text, const CString& set) {
+    const std::string members(set);  // A copy, as it may be the text itself.
     char* begin = text.GetBuffer();
     char* end = begin + text.GetLength();
-    for (const char* member = set; *member; ++member) {
-        end = std::remove(begin, end, *member);
+    for (const char member : members) {
+        end = std::remove(begin, end, member);
     }
     text.ReleaseBuffer(static_cast<int>(end - begin));
 }

@@ -89,7 +89,7 @@ TEST(PathTest, TakesATextBelowABase) {
         const char* base;
         const char* expected;
     } cases[] = {
-        {"x.opj", "C:/work//a", "C:\\work\\a\\x.opj"},
+        {"x.opj", "C:/desk//a", "C:\\desk\\a\\x.opj"},
         {"..\\x", "C:\\a\\b", "C:\\a\\x"},
         {".\\x", "C:\\a", "C:\\a\\x"},
         {"...\\x", "C:\\a\\b\\c", "C:\\a\\x"},
@@ -124,13 +124,13 @@ TEST(PathTest, HasParts) {
         int driveLetter;
         Texts components;
     } cases[] = {
-        {"C:\\work\\board.v2.opj",
-         {"C:", "\\work\\", "board.v2", ".opj"},
-         "C:\\work",
+        {"C:\\desk\\board.v2.opj",
+         {"C:", "\\desk\\", "board.v2", ".opj"},
+         "C:\\desk",
          "",
          16,
          1,
-         {"C:", "work", "board.v2.opj"}},
+         {"C:", "desk", "board.v2.opj"}},
         {"C:\\a.b\\c", {"C:", "\\a.b\\", "c", ""}, "C:\\a.b", "", -1, 1, {"C:", "a.b", "c"}},
         {"C:\\", {"C:", "\\", "", ""}, "C:", "", -1, 1, {"C:"}},
         {"1:\\.x.", {"1:", "\\", ".x", "."}, "1:", "", 5, 0, {"1:", ".x."}},
@@ -249,16 +249,16 @@ TEST(PathTest, IsSeenFromADirectory) {
         const char* below;    // Without the permission to go up.
         const char* through;  // With it.
     } cases[] = {
-        {"C:\\work\\a\\b\\c.x", "C:\\work\\a", "b\\c.x", "b\\c.x"},
-        {"c:\\WORK\\A\\b", "C:\\work\\a", "b", "b"},
-        {"C:\\work\\abc", "C:\\work\\a", "\\work\\abc", "..\\abc"},
-        {"C:\\other\\x\\", "C:\\work\\a", "\\other\\x\\", "..\\..\\other\\x"},
-        {"C:\\Work\\x", "C:\\work\\y", "\\Work\\x", "..\\..\\Work\\x"},
-        {"C:\\work", "C:\\work\\a", "\\work", "..\\"},
-        {"C:\\work\\A", "C:\\work\\a", ".", "."},
-        {"C:\\work\\a", "C:\\work\\a\\", "\\work\\a", "."},
+        {"C:\\desk\\a\\b\\c.x", "C:\\desk\\a", "b\\c.x", "b\\c.x"},
+        {"c:\\DESK\\A\\b", "C:\\desk\\a", "b", "b"},
+        {"C:\\desk\\abc", "C:\\desk\\a", "\\desk\\abc", "..\\abc"},
+        {"C:\\other\\x\\", "C:\\desk\\a", "\\other\\x\\", "..\\..\\other\\x"},
+        {"C:\\Desk\\x", "C:\\desk\\y", "\\Desk\\x", "..\\..\\Desk\\x"},
+        {"C:\\desk", "C:\\desk\\a", "\\desk", "..\\"},
+        {"C:\\desk\\A", "C:\\desk\\a", ".", "."},
+        {"C:\\desk\\a", "C:\\desk\\a\\", "\\desk\\a", "."},
         {"C:\\x", "C:\\", "\\x", "x"},
-        {"D:\\x", "C:\\work", "D:\\x", "D:\\x"},
+        {"D:\\x", "C:\\desk", "D:\\x", "D:\\x"},
         {"\\\\s\\share\\x", "\\\\S\\SHARE\\y\\z", "\\\\s\\share\\x", "..\\..\\x"},
         {"\\\\s\\share\\x", "\\\\s\\shar\\y", "\\\\s\\share\\x", "\\\\s\\share\\x"},
         {"C:\\x", "", "C:\\x", "C:\\x"},
@@ -283,16 +283,16 @@ TEST(PathTest, AbbreviatesFromTheFront) {
         const char* expected;
         int length;
     } cases[] = {
-        {"C:\\work\\designs\\board.opj", 25, "C:\\work\\designs\\board.opj", 25},
-        {"C:\\work\\designs\\board.opj", 24, "C:\\...\\designs\\board.opj", 24},
-        {"C:\\work\\designs\\board.opj", 23, "C:\\...\\board.opj", 16},
-        {"C:\\work\\designs\\board.opj", 16, "C:\\...\\board.opj", 16},
-        {"C:\\work\\designs\\board.opj", 15, "C:\\...\\board...", 15},
-        {"C:\\work\\designs\\board.opj", 14, "", -15},
-        {"C:\\work\\designs\\board.opj", 7, "", -15},
-        {"C:\\work\\designs\\board.opj", 6, "", -16},
-        {"C:\\work\\designs\\board.opj", -1, "", -16},
-        {"C:\\work\\designs\\board.opj", 0, "", 0},
+        {"C:\\desk\\designs\\board.opj", 25, "C:\\desk\\designs\\board.opj", 25},
+        {"C:\\desk\\designs\\board.opj", 24, "C:\\...\\designs\\board.opj", 24},
+        {"C:\\desk\\designs\\board.opj", 23, "C:\\...\\board.opj", 16},
+        {"C:\\desk\\designs\\board.opj", 16, "C:\\...\\board.opj", 16},
+        {"C:\\desk\\designs\\board.opj", 15, "C:\\...\\board...", 15},
+        {"C:\\desk\\designs\\board.opj", 14, "", -15},
+        {"C:\\desk\\designs\\board.opj", 7, "", -15},
+        {"C:\\desk\\designs\\board.opj", 6, "", -16},
+        {"C:\\desk\\designs\\board.opj", -1, "", -16},
+        {"C:\\desk\\designs\\board.opj", 0, "", 0},
         {"\\\\srv\\share\\dir\\file.txt", 23, "\\\\srv\\...\\dir\\file.txt", 22},
         {"\\\\srv", 3, "", -5},
         {"C:\\", 2, "", -7},
@@ -321,10 +321,10 @@ TEST(PathTest, HasANameForDisplay) {
         {false, true, 11, "my board...", 11},
         {false, true, 8, "my bo...", 8},
         {false, true, 7, "my board.opj", -8},
-        {true, false, 0, "C:\\work\\my board.opj", 20},
+        {true, false, 0, "C:\\desk\\my board.opj", 20},
         {true, true, 19, "C:\\...\\my board.opj", 19},
     };
-    const PathName path("/work/my board.opj");
+    const PathName path("/desk/my board.opj");
     for (const auto& each : cases) {
         int length = 4711;
         EXPECT_EQ(

@@ -60,7 +60,7 @@ protected:
         EXPECT_GT(tally.deaths, 0u);
         // The victims are to die in the operation; another way through it, now and then, is no
         // fault.
-        EXPECT_LE(tally.missed * 5, tally.deaths)
+        EXPECT_LE(tally.missed * 2, tally.deaths)
             << "too many missed the place of their death, such as " << tally.lastMissed;
     }
 };

@@ -67,7 +67,7 @@ void HubProcess::releasePlanchet() {
 void HubProcess::startHub(std::vector<std::string> arguments, const std::string& program,
                           const std::vector<std::string>& environment) {
     m_hub.emplace(program, std::move(arguments), ChildProcess::Options{environment, "", true});
-    ASSERT_TRUE(waitFor([this] { return hubWindow() != 0 && listBox() != 0; }));
+    ASSERT_TRUE(waitFor([] { return hubWindow() != 0 && listBox() != 0; }));
     ASSERT_TRUE(ipcObserve(GetDesktopWindow()));
     ASSERT_TRUE(hubGoesOn());
 }
