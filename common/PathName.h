@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "framework/CString.h"
 
@@ -36,6 +37,11 @@ public:
 
     /// Takes the other's normal form for both texts: what it was made from isn't carried over.
     PathName& operator=(const PathName& other);
+    /// Exchanges both texts; cannot fail.
+    void swap(PathName& other) noexcept {
+        std::swap(m_strPath, other.m_strPath);
+        std::swap(m_strEntered, other.m_strEntered);
+    }
 
     void clear();
     /// Takes the normal form of `path`; what the object was made from stays.

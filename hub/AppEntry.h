@@ -8,6 +8,7 @@
 
 #include "common/AppList.h"
 #include "common/PathName.h"
+#include "hub/RowPlace.h"
 #include "platform/types.h"
 
 namespace juntora {
@@ -41,6 +42,7 @@ struct AppEntry {
     PathName file;           ///< Empty in a row without a file.
     WatchList watchers;      ///< Null until the first watch.
     std::int32_t toolIndex;  ///< Row of ToolTable, -1 for a tool that the suite does not know.
+    RowPlace place;          ///< Of use to the table that holds the row.
 };
 
 /// The part of a unique name before its last semicolon, or all of it if it has none.

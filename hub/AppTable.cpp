@@ -17,91 +17,98 @@ struct AppTable::Wanted {
     }
 };
 
-namespace {
-
-AppEntry* rowOf(AppNode* node) { return static_cast<AppEntry*>(node->value); }
-
-}  // namespace
-
 AppTable::~AppTable() {
     for (Cursor cursor = atHead(); cursor;) {
         removeRow(&cursor);
     }
 }
 
+// All that can fail comes first, so that a row is entered wholly or not at all.
 AppEntry* AppTable::pushFront(std::unique_ptr<AppEntry> row) {
-    Cursor cursor = AppList::pushFront(row.get());
+    m_windows.reserveOne();
+    m_names.reserveOne();
+    m_baseNames.reserveOne();
+    m_holders.reserveOne();
+    m_idle.reserveOne();
+    countInstance(*row);
     try {
-        m_index.add(cursor);
-        try {
-            m_files.add(cursor);
-        } catch (...) {
-            m_index.remove(cursor);
-            throw;
-        }
+        row->place.node = AppList::pushFront(row.get());
     } catch (...) {
-        removeAt(&cursor);
+        forgetInstance(*row);
         throw;
     }
+    row->place.age = ++m_lastAge;
+    m_windows.add(row.get());
+    m_names.add(row.get());
+    m_baseNames.add(row.get());
+    enterByFile(row.get());
     return row.release();
 }
 
 void AppTable::removeRow(Cursor* cursor) {
     if (const std::unique_ptr<AppEntry> row(at(cursor)); row) {
-        m_files.remove(row.get());
-        m_index.remove(*cursor);
+        forgetByFile(row.get());
+        m_baseNames.remove(row.get());
+        m_names.remove(row.get());
+        m_windows.remove(row.get());
+        forgetInstance(*row);
         removeAt(cursor);
     }
 }
 
 void AppTable::removeRow(AppEntry* row) {
-    Cursor cursor = m_files.nodeOf(row);
+    Cursor cursor = row->place.node;
     removeRow(&cursor);
 }
 
 bool AppTable::hasSeveralRows(HWND window) const {
-    const RowIndex::Rows* rows = m_index.ofWindow(window);
-    return rows && rows->size() > 1;
+    const AppEntry* row = m_windows.newest(window);
+    return row && m_windows.older(*row);
+}
+
+// The newest row with a key that is no newer than `from` and has all that is wanted.
+template <typename Table, typename Value>
+AppEntry* AppTable::firstIn(const Table& table, const Value& key, const AppEntry& from,
+                            const Wanted& wanted) {
+    AppEntry* row = table.newest(key);
+    while (row && (row->place.age > from.place.age || !wanted.matches(*row))) {
+        row = table.older(*row);
+    }
+    return row;
 }
 
 AppEntry* AppTable::findRow(Cursor* cursor, HWND window, const char* name, bool exact) const {
-    if (!at(cursor)) {
+    AppEntry* from = at(cursor);
+    if (!from) {
         return nullptr;
     }
     const Wanted wanted{window, name, exact};
-    AppNode* node = *cursor;
-    if (node == atHead()) {
-        node = findFromHead(wanted);
-    } else {
-        while (node && !wanted.matches(*rowOf(node))) {
-            node = node->next;
-        }
-    }
-    *cursor = node ? node : atTail();
-    return node ? rowOf(node) : nullptr;
+    AppEntry* row = window  ? firstIn(m_windows, window, *from, wanted)
+                    : !name ? from
+                    : exact ? firstIn(m_names, std::string_view(name), *from, wanted)
+                            : firstIn(m_baseNames, std::string_view(name), *from, wanted);
+    *cursor = row ? row->place.node : atTail();
+    return row;
 }
 
-// What a walk from the head would find: the list only ever grows at its head, so the rows that the
-// index holds under a key stand there in the list's own order.
-AppNode* AppTable::findFromHead(const Wanted& wanted) const {
-    if (!wanted.window && !wanted.name) {
-        return atHead();
+int AppTable::nextInstance(std::string_view baseName) const {
+    const auto instances = m_instances.find(baseName);
+    return instances == m_instances.end() ? 0 : instances->second.rbegin()->first + 1;
+}
+
+void AppTable::countInstance(const AppEntry& row) {
+    ++m_instances[std::string(row.baseName())][row.instance];
+}
+
+void AppTable::forgetInstance(const AppEntry& row) {
+    const auto instances = m_instances.find(row.baseName());
+    const auto number = instances->second.find(row.instance);
+    if (--number->second == 0) {
+        instances->second.erase(number);
     }
-    const RowIndex::Rows* rows = wanted.window  ? m_index.ofWindow(wanted.window)
-                                 : wanted.exact ? m_index.ofName(wanted.name)
-                                                : m_index.ofBaseName(wanted.name);
-    if (!rows) {
-        return nullptr;
+    if (instances->second.empty()) {
+        m_instances.erase(instances);
     }
-    if (!wanted.window || !wanted.name) {
-        return rows->front();  // The key was all that is asked for.
-    }
-    for (AppNode* node : *rows) {
-        if (wanted.matches(*rowOf(node))) {
-            return node;
-        }
-    }
-    return nullptr;
 }
 
 }  // namespace juntora

@@ -1,13 +1,17 @@
 // The hub's one record of what runs.
 #pragma once
 
+#include <map>
 #include <memory>
+#include <string>
 #include <string_view>
+#include <unordered_map>
 
 #include "common/AppList.h"
+#include "common/CaseBlind.h"
 #include "hub/AppEntry.h"
-#include "hub/FileIndex.h"
-#include "hub/RowIndex.h"
+#include "hub/RowKeys.h"
+#include "hub/RowTable.h"
 
 namespace juntora {
 
@@ -46,8 +50,8 @@ public:
 
     /// The newest row from the cursor's own on that has this window (0: any) and this name (null:
     /// any): with `exact` the unique name, otherwise the base name. The cursor moves to it. Without
-    /// a match the result is null and the cursor stands on the oldest row. From the table's head
-    /// the cost does not depend on the number of rows.
+    /// a match the result is null and the cursor stands on the oldest row. The cost depends on how
+    /// many rows have this window or name, not on the number of rows.
     AppEntry* findRow(Cursor* cursor, HWND window, const char* name, bool exact) const;
 
     /// The same search over the whole table, for those who need no cursor.
@@ -57,9 +61,7 @@ public:
     }
 
     /// The newest row of a window; null for 0, which is no window.
-    AppEntry* rowOfWindow(HWND window) const {
-        return window ? findNewest(window, nullptr, false) : nullptr;
-    }
+    AppEntry* rowOfWindow(HWND window) const { return window ? m_windows.newest(window) : nullptr; }
 
     /// Whether the table has more than one row of a window.
     bool hasSeveralRows(HWND window) const;
@@ -91,16 +93,31 @@ public:
 
     /// The instance number that the next tool of a base name gets: one above the highest among its
     /// rows, 0 if there are none.
-    int nextInstance(std::string_view baseName) const { return m_index.nextInstance(baseName); }
+    int nextInstance(std::string_view baseName) const;
 
 private:
     struct Wanted;
-    AppNode* findFromHead(const Wanted& wanted) const;
+    template <typename Table, typename Value>
+    static AppEntry* firstIn(const Table& table, const Value& key, const AppEntry& from,
+                             const Wanted& wanted);
 
+    void countInstance(const AppEntry& row);
+    void forgetInstance(const AppEntry& row);
     AppEntry* rowWithFile(HWND window, const PathName& file) const;
+    void setFile(AppEntry* row, const PathName& file);
+    void enterByFile(AppEntry* row);
+    void forgetByFile(AppEntry* row);
 
-    RowIndex m_index;
-    FileIndex m_files;
+    /// How many rows of a base name carry each instance number.
+    using Instances = std::map<int, int>;
+
+    std::uint64_t m_lastAge = 0;
+    RowTable<WindowKey> m_windows;
+    RowTable<NameKey> m_names;
+    RowTable<BaseNameKey> m_baseNames;
+    RowTable<FileKey> m_holders;
+    RowTable<IdleKey> m_idle;
+    std::unordered_map<std::string, Instances, CaseBlindHash, CaseBlindEqual> m_instances;
 };
 
 }  // namespace juntora

@@ -76,13 +76,21 @@ TEST_F(AppTableTest, IndexFindsWhatAWalkFinds) {
     constexpr const char* NAMES[] = {"a", "A", "ab", "a;1", "A;0", "b"};
     std::mt19937 random(20240611);
     const auto below = [&](std::size_t limit) { return random() % limit; };
+    // A few that many rows share, and so many others that the index grows and has gaps.
+    const auto anyWindow = [&] {
+        return static_cast<HWND>(1 + (below(2) ? below(12) : below(200)));
+    };
+    const auto anyName = [&]() -> std::string {
+        return below(2) ? NAMES[below(std::size(NAMES))] : "n" + std::to_string(below(100));
+    };
     Walk walk;
     for (int step = 0; step < 20'000; ++step) {
-        const char* name = NAMES[below(std::size(NAMES))];
+        const std::string anyOf = anyName();
+        const char* name = anyOf.c_str();
         ASSERT_EQ(m_table.nextInstance(name), walk.nextInstance(name));
-        if (walk.rows.size() < 5 + below(40)) {
+        if (walk.rows.size() < 5 + below(150)) {
             walk.rows.push_back(below(4) || walk.rows.empty()
-                                    ? attach(name, static_cast<HWND>(1 + below(12)))
+                                    ? attach(name, anyWindow())
                                     : clone(*walk.rows[below(walk.rows.size())], "/f"));
         } else {
             const std::size_t place = below(walk.rows.size());
@@ -96,7 +104,7 @@ TEST_F(AppTableTest, IndexFindsWhatAWalkFinds) {
         }
         ASSERT_EQ(m_table.count(), static_cast<int>(walk.rows.size()));
 
-        const HWND window = below(2) ? static_cast<HWND>(below(13)) : 0;
+        const HWND window = below(2) ? anyWindow() : 0;
         const std::string unique = uniqueName(name, static_cast<int>(below(4)));
         const bool exact = below(2);
         const char* wanted = below(4) == 0 ? nullptr : below(2) ? unique.c_str() : name;
