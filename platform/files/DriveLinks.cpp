@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <ctime>
 #include <string_view>
@@ -20,6 +21,7 @@ namespace {
 
 constexpr std::size_t LINK_NAME_LENGTH = 2;
 constexpr std::time_t SETTLING_SECONDS = 1;
+constexpr std::int64_t LOOK_AGAIN_MILLISECONDS = 100;
 
 /// The folder of the links with a trailing slash; empty for a user without a place for settings.
 std::string linksFolder() {
@@ -59,15 +61,16 @@ std::vector<DriveLink> readLinks(const std::string& folder) {
     return links;
 }
 
-/// The links, read anew when their folder has changed: every relative path asks for them.
-const std::vector<DriveLink>& driveLinks() {
-    struct Seen {
-        std::string folder;
-        struct timespec changed {};
-        ino_t number = 0;
-        std::vector<DriveLink> links;
-    };
-    thread_local Seen seen;
+struct SeenLinks {
+    std::int64_t lookedAt = 0;
+    std::string folder;
+    struct timespec changed {};
+    ino_t number = 0;
+    std::vector<DriveLink> links;
+};
+
+/// Reads the links anew where their folder has changed.
+void refresh(SeenLinks& seen) {
     std::string folder = linksFolder();
     struct stat state {};
     if (folder.empty() || stat(folder.c_str(), &state) != 0) {
@@ -79,7 +82,25 @@ const std::vector<DriveLink>& driveLinks() {
         // The clock of the file system is coarse: what changed just now may change once more
         // without a new time.
         const bool isSettled = state.st_mtim.tv_sec + SETTLING_SECONDS < std::time(nullptr);
-        seen = {std::move(folder), state.st_mtim, isSettled ? state.st_ino : 0, std::move(links)};
+        seen = {0, std::move(folder), state.st_mtim, isSettled ? state.st_ino : 0,
+                std::move(links)};
+    }
+}
+
+/// A clock that is read without a system call.
+std::int64_t coarseMilliseconds() {
+    struct timespec now {};
+    clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
+    return static_cast<std::int64_t>(now.tv_sec) * 1000 + now.tv_nsec / 1'000'000;
+}
+
+/// Every relative path asks for the links, so that they are not looked at each time.
+const std::vector<DriveLink>& driveLinks() {
+    thread_local SeenLinks seen;
+    const std::int64_t now = coarseMilliseconds();
+    if (seen.lookedAt == 0 || now - seen.lookedAt >= LOOK_AGAIN_MILLISECONDS) {
+        refresh(seen);
+        seen.lookedAt = now;
     }
     return seen.links;
 }

@@ -10,7 +10,8 @@ namespace juntora::files {
 std::string driveRoot(char letter);
 
 /// A Linux path without links in it as the platform has it, on the drive whose link leads nearest
-/// to it, C: if there is none. Where links lead is looked up again when their folder changes.
+/// to it, C: if there is none. Where links lead is looked up again when their folder has changed,
+/// which may go unseen for 100 ms.
 std::string platformPath(const std::string& path);
 
 /// realpath(3); empty with errno on failure.
