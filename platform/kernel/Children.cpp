@@ -4,22 +4,23 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdint>
+#include <map>
 #include <mutex>
-#include <vector>
 
 #include "platform/desktop/message.h"
 
 namespace juntora::kernel {
 namespace {
 
-struct Child {
-    int descriptor;
-    StartPlace place;
-};
+/// How many earlier children each start looks at: more than one, so that those that nobody else
+/// collects do not grow in number, and few, so that a start costs the same however many run.
+constexpr int LOOKED_AT_EACH_START = 2;
 
 struct Children {
     std::mutex mutex;
-    std::vector<Child> all;
+    std::map<int, StartPlace> byDescriptor;
+    int lastLookedAt = -1;
 };
 
 Children& children() {
@@ -27,17 +28,28 @@ Children& children() {
     return *list;
 }
 
-bool collectIfEnded(const Child& child) {
+/// Collects a child if it has ended, and forgets it then. The list must be locked.
+void collectIfEnded(std::map<int, StartPlace>::iterator child) {
+    const int descriptor = child->first;
     siginfo_t ended{};
-    const auto which = static_cast<id_t>(child.descriptor);
-    const bool failed = waitid(P_PIDFD, which, &ended, WEXITED | WNOHANG) != 0;
+    const bool failed =
+        waitid(P_PIDFD, static_cast<id_t>(descriptor), &ended, WEXITED | WNOHANG) != 0;
     if (!failed && ended.si_pid == 0) {
-        return false;
+        return;
     }
-    endStart(child.place);
-    UnwatchDescriptor(child.descriptor);
-    close(child.descriptor);
-    return true;
+    endStart(child->second);
+    UnwatchDescriptor(descriptor);
+    close(descriptor);
+    children().byDescriptor.erase(child);
+}
+
+void collect(void* descriptor) {
+    const std::lock_guard guard(children().mutex);
+    const auto child =
+        children().byDescriptor.find(static_cast<int>(reinterpret_cast<std::intptr_t>(descriptor)));
+    if (child != children().byDescriptor.end()) {
+        collectIfEnded(child);
+    }
 }
 
 }  // namespace
@@ -49,15 +61,20 @@ void keepChild(int descriptor, const StartPlace& place) {
     }
     {
         const std::lock_guard guard(children().mutex);
-        children().all.push_back({own, place});
+        children().byDescriptor[own] = place;
     }
-    WatchDescriptor(
-        own, [](void*) { collectEndedChildren(); }, nullptr);
+    WatchDescriptor(own, &collect, reinterpret_cast<void*>(static_cast<std::intptr_t>(own)));
 }
 
-void collectEndedChildren() {
-    const std::lock_guard guard(children().mutex);
-    std::erase_if(children().all, collectIfEnded);
+void collectSomeChildren() {
+    Children& all = children();
+    const std::lock_guard guard(all.mutex);
+    for (int i = 0; i < LOOKED_AT_EACH_START && !all.byDescriptor.empty(); ++i) {
+        auto child = all.byDescriptor.upper_bound(all.lastLookedAt);
+        child = child == all.byDescriptor.end() ? all.byDescriptor.begin() : child;
+        all.lastLookedAt = child->first;
+        collectIfEnded(child);
+    }
 }
 
 void leaveChild(Handle& entry) {

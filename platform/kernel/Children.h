@@ -7,10 +7,10 @@
 namespace juntora::kernel {
 
 /// Keeps watch over a child, so that it leaves no zombie: the calling thread's message loop
-/// collects it when it ends, else the next start of a process does.
+/// collects it when it ends, else one of the next starts of a process does.
 void keepChild(int descriptor, const StartPlace& place);
-/// Collects those that have ended.
-void collectEndedChildren();
+/// Looks at a few children, in turn, and collects those that have ended.
+void collectSomeChildren();
 /// The program gives its handle up.
 void leaveChild(Handle& entry);
 

@@ -106,7 +106,7 @@ bool hasEnded(const Handle& child) {
 BOOL CreateProcessA(const char* commandLine, const char* directory, const STARTUPINFOA* startup,
                     PROCESS_INFORMATION* information) {
     using namespace kernel;
-    collectEndedChildren();
+    collectSomeChildren();
     *information = {};
     const ProgramStart start = findProgram(commandLine);
     if (start.file.empty()) {
