@@ -11,6 +11,7 @@
 #include <exception>
 #include <fstream>
 #include <functional>
+#include <set>
 #include <string>
 
 #include "bench/Bus.h"
@@ -182,16 +183,17 @@ RequestCosts requestCosts(const Rows& rows, std::size_t count) {
     for (std::size_t i = 0; i < 6000; ++i) {
         const std::size_t at = i * 7919 % count;
         const std::string name = Rows::name(at);
+        const HWND window = rows.window(at);
         char buffer[64];
         int capacity = sizeof buffer;
         auto start = Clock::now();
-        const bool alive = ipcIsAlive(rows.window(at)) == 1;
+        const bool alive = ipcIsAlive(window) == 1;
         costs.alive.add(microsecondsSince(start));
         start = Clock::now();
-        const bool found = ipcFindApp(name.c_str()) == rows.window(at);
+        const bool found = ipcFindApp(name.c_str()) == window;
         costs.find.add(microsecondsSince(start));
         start = Clock::now();
-        const bool named = ipcAppName(rows.window(at), buffer, &capacity) == 1;
+        const bool named = ipcAppName(window, buffer, &capacity) == 1;
         costs.name.add(microsecondsSince(start));
         if (!alive || !found || !named) {
             throw std::runtime_error("a row is missing");
@@ -200,36 +202,54 @@ RequestCosts requestCosts(const Rows& rows, std::size_t count) {
     return costs;
 }
 
+struct RequestMedians {
+    double alive;
+    double find;
+    double name;
+};
+
+RequestMedians printRequestCosts(const Rows& rows, std::size_t count) {
+    RequestCosts costs = requestCosts(rows, count);
+    const RequestMedians medians{costs.alive.median(), costs.find.median(), costs.name.median()};
+    std::printf("  %6zu rows: is-alive %.3f, find %.3f, name %.3f\n", count, medians.alive,
+                medians.find, medians.name);
+    return medians;
+}
+
+void benchReaper() {
+    const HWND monitor = FindWindowA(nullptr, "Application Activity");
+    Samples reap;
+    for (int i = 0; i < 50; ++i) {
+        const auto start = Clock::now();
+        SendMessageA(monitor, WM_TIMER, 1, 0);
+        reap.add(microsecondsSince(start) / 1000);
+    }
+    printRatio("a pass of the reaper over 1,000 tools, ms", reap.median(), 5, true);
+}
+
+/// Few rows are measured before and after many, for the machine is not equally fast all the time.
 void benchTableSizes() {
     std::printf("Requests by the number of rows (median, us)\n");
     Rows rows;
-    double first[3]{};
-    for (const std::size_t count : {10, 100, 1000, 10'000}) {
-        rows.grow(count);
-        if (count == 1000) {
-            const HWND monitor = FindWindowA(nullptr, "Application Activity");
-            Samples reap;
-            for (int i = 0; i < 50; ++i) {
-                const auto start = Clock::now();
-                SendMessageA(monitor, WM_TIMER, 1, 0);
-                reap.add(microsecondsSince(start) / 1000);
-            }
-            printRatio("a pass of the reaper over 1,000 tools, ms", reap.median(), 5, true);
-        }
-        RequestCosts costs = requestCosts(rows, count);
-        const double medians[3]{costs.alive.median(), costs.find.median(), costs.name.median()};
-        std::printf("  %6zu rows: is-alive %.3f, find %.3f, name %.3f\n", count, medians[0],
-                    medians[1], medians[2]);
-        if (count == 10) {
-            std::memcpy(first, medians, sizeof first);
-        }
-        if (count == 10'000) {
-            printRatio("is-alive, 10,000 rows to 10", medians[0] / first[0], 1.5, true);
-            printRatio("find, 10,000 rows to 10", medians[1] / first[1], 1.5, true);
-            printRatio("name, 10,000 rows to 10", medians[2] / first[2], 1.5, true);
-        }
-    }
+    rows.grow(10);
+    const RequestMedians before = printRequestCosts(rows, 10);
+    rows.grow(100);
+    printRequestCosts(rows, 100);
+    rows.grow(1000);
+    printRequestCosts(rows, 1000);
+    benchReaper();
+    rows.grow(10'000);
+    const RequestMedians many = printRequestCosts(rows, 10'000);
     rows.clear();
+    rows.grow(10);
+    const RequestMedians after = printRequestCosts(rows, 10);
+    rows.clear();
+    const auto printMany = [](const char* name, double most, double first, double last) {
+        printRatio(name, 2 * most / (first + last), 1.5, true);
+    };
+    printMany("is-alive, 10,000 rows to 10", many.alive, before.alive, after.alive);
+    printMany("find, 10,000 rows to 10", many.find, before.find, after.find);
+    printMany("name, 10,000 rows to 10", many.name, before.name, after.name);
 }
 
 double privateMebibytes(pid_t process) {
@@ -289,10 +309,20 @@ int runStart() {
     return 0;
 }
 
-int run() {
+/// What can be measured alone, by the names on the command line.
+using Sections = std::set<std::string>;
+const Sections ALL_SECTIONS{"start",     "library", "round-trips", "records", "sign-on",
+                            "footprint", "rows",    "files",       "launch"};
+
+int run(const Sections& wanted) {
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
-    benchStart();
-    benchLibrary();
+    const auto section = [&](const char* name, const std::function<void()>& measureIt) {
+        if (wanted.contains(name)) {
+            measureIt();
+        }
+    };
+    section("start", benchStart);
+    section("library", benchLibrary);
     const test::DesktopSandbox sandbox;
     sandbox.enter();
     Bus bus(sandbox.runtimeFolder());
@@ -303,14 +333,28 @@ int run() {
         throw std::runtime_error("the hub refused");
     }
     peers.self = ipcSelfId;
-    benchRoundTrips(peers);
-    benchRecords(bus);
-    benchSignOn();
-    benchFootprint(hub.pid());
-    benchTableSizes();
-    benchFiles();
-    benchLaunch();
+    section("round-trips", [&] { benchRoundTrips(peers); });
+    section("records", [&] { benchRecords(bus); });
+    section("sign-on", benchSignOn);
+    section("footprint", [&] { benchFootprint(hub.pid()); });
+    section("rows", benchTableSizes);
+    section("files", benchFiles);
+    section("launch", benchLaunch);
     return 0;
+}
+
+int runSections(const Sections& named) {
+    for (const std::string& name : named) {
+        if (!ALL_SECTIONS.contains(name)) {
+            std::fprintf(stderr, "usage: juntora_bench [SECTION...], each one of:");
+            for (const std::string& section : ALL_SECTIONS) {
+                std::fprintf(stderr, " %s", section.c_str());
+            }
+            std::fprintf(stderr, "\n");
+            return 2;
+        }
+    }
+    return run(named.empty() ? ALL_SECTIONS : named);
 }
 
 }  // namespace
@@ -322,7 +366,8 @@ int main(int argc, char** argv) {
         if (role == "--receiver") {
             return juntora::bench::runReceiver();
         }
-        return role == "--start" ? juntora::bench::runStart() : juntora::bench::run();
+        return role == "--start" ? juntora::bench::runStart()
+                                 : juntora::bench::runSections({argv + 1, argv + argc});
     } catch (const std::exception& error) {
         std::fprintf(stderr, "juntora_bench: %s\n", error.what());
         return 1;
