@@ -12,13 +12,14 @@ struct WindowKey {
     using Value = HWND;
     static constexpr RowKey KEY = RowKey::WINDOW;
     static HWND of(const AppEntry& row) { return row.window; }
+    static constexpr bool HASH_TELLS_ALL = true;
     static std::size_t hash(HWND window) { return window; }
-    static bool equal(HWND left, HWND right) { return left == right; }
 };
 
 /// Of texts without regard to case.
 struct TextKey {
     using Value = std::string_view;
+    static constexpr bool HASH_TELLS_ALL = false;
     static std::size_t hash(std::string_view text) { return CaseBlindHash()(text); }
     static bool equal(std::string_view left, std::string_view right) {
         return equalCaseBlind(left, right);

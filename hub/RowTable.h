@@ -12,8 +12,9 @@ namespace juntora {
 /// of hashes and rows, at most half full: a look-up among ten thousand rows touches one line of it
 /// and the row. Stands beside the table's list and is kept in step with it by AppTable alone.
 ///
-/// `Key` has `using Value`, what is looked up by; `static constexpr RowKey KEY`; and, all static,
-/// `Value of(row)`, `std::size_t hash(value)` and `bool equal(value, value)`.
+/// `Key` has `using Value`, what is looked up by, and, all static, `RowKey KEY`, `Value of(row)`,
+/// `std::size_t hash(value)` and `bool HASH_TELLS_ALL`: different values have different hashes. If
+/// not, it has `bool equal(value, value)` as well.
 template <typename Key>
 class RowTable {
 public:
@@ -80,7 +81,8 @@ private:
 
     static auto& neighbours(auto& row) { return row.place.neighbours[static_cast<int>(Key::KEY)]; }
 
-    /// Spreads hashes that differ in a few bits alone, as handles do.
+    /// Spreads hashes that differ in a few bits alone, as handles do; different ones stay
+    /// different.
     static std::size_t mixed(const Value& key) {
         std::size_t hash = Key::hash(key);
         hash *= 0x9E3779B97F4A7C15;
@@ -94,11 +96,19 @@ private:
     std::size_t slotOf(const Value& key) const {
         const Slot wanted{mixed(key)};
         std::size_t at = home(wanted);
-        while (m_slots[at].newest && (m_slots[at].hash != wanted.hash ||
-                                      !Key::equal(Key::of(*m_slots[at].newest), key))) {
+        while (m_slots[at].newest &&
+               !(m_slots[at].hash == wanted.hash && hasKey(m_slots[at], key))) {
             at = next(at);
         }
         return at;
+    }
+    /// For a slot with the key's hash. The row is not looked at where that tells all.
+    static bool hasKey(const Slot& slot, const Value& key) {
+        if constexpr (Key::HASH_TELLS_ALL) {
+            return true;
+        } else {
+            return Key::equal(Key::of(*slot.newest), key);
+        }
     }
 
     void grow() {
