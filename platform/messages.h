@@ -50,10 +50,13 @@ inline constexpr UINT LB_GETTEXT = 393;
 inline constexpr UINT LB_GETTEXTLEN = 394;
 inline constexpr UINT LB_GETCOUNT = 395;
 inline constexpr UINT LB_FINDSTRINGEXACT = 418;
+inline constexpr WORD LBN_SELCHANGE = 1;
+inline constexpr WORD LBN_DBLCLK = 2;
 inline constexpr LRESULT LB_ERR = -1;
 
 // System commands; the low four bits belong to the system.
 inline constexpr WPARAM SC_SIZE = 0xF000;
+inline constexpr WPARAM SC_MOVE = 0xF010;
 inline constexpr WPARAM SC_MINIMIZE = 0xF020;
 inline constexpr WPARAM SC_MAXIMIZE = 0xF030;
 inline constexpr WPARAM SC_CLOSE = 0xF060;
@@ -91,6 +94,7 @@ inline constexpr DWORD BS_AUTOCHECKBOX = 3;
 inline constexpr DWORD SS_LEFT = 0;
 inline constexpr DWORD SS_ICON = 3;
 inline constexpr DWORD SS_ETCHEDHORZ = 16;
+inline constexpr DWORD SS_NOPREFIX = 0x80;
 inline constexpr DWORD LBS_NOTIFY = 1;
 inline constexpr DWORD LBS_SORT = 2;
 inline constexpr DWORD LBS_NOINTEGRALHEIGHT = 0x100;
@@ -102,6 +106,7 @@ inline constexpr UINT CS_DBLCLKS = 8;
 
 // GetWindow, SetWindowPos, PeekMessageA.
 inline constexpr UINT GW_HWNDNEXT = 2;
+inline constexpr UINT GW_OWNER = 4;
 inline constexpr UINT GW_CHILD = 5;
 inline constexpr HWND HWND_TOP = 0;
 inline constexpr HWND HWND_BOTTOM = 1;
@@ -136,6 +141,11 @@ inline constexpr UINT MB_ICONSTOP = 0x10;
 inline constexpr UINT MB_ICONQUESTION = 0x20;
 inline constexpr UINT MB_ICONWARNING = 0x30;
 inline constexpr UINT MB_ICONINFORMATION = 0x40;
+/// The platform's own icons, which message boxes show.
+inline constexpr int IDI_STOP = 32513;
+inline constexpr int IDI_QUESTION = 32514;
+inline constexpr int IDI_WARNING = 32515;
+inline constexpr int IDI_INFORMATION = 32516;
 inline constexpr UINT MB_DEFBUTTON2 = 0x100;
 inline constexpr UINT MB_DEFBUTTON3 = 0x200;
 inline constexpr UINT MB_SYSTEMMODAL = 0x1000;

@@ -20,7 +20,7 @@
 namespace juntora::desktop {
 
 inline constexpr std::uint64_t SEGMENT_MAGIC = 0x61726f746e754a56;  // "VJuntora"
-inline constexpr std::uint32_t LAYOUT_VERSION = 3;
+inline constexpr std::uint32_t LAYOUT_VERSION = 4;
 
 inline constexpr std::uint32_t MAX_PROCESSES = 2048;
 inline constexpr std::uint32_t MAX_THREADS = 2048;
@@ -120,6 +120,8 @@ struct WindowDetails {
     std::atomic<std::int64_t> order;  ///< Higher is further in front.
     std::atomic<std::int32_t> id;
     std::atomic<LONG> x, y, width, height;  ///< Relative to the parent.
+    std::atomic<HWND> owner;                ///< Of a top-level window; 0 for none.
+    std::atomic<std::int32_t> icon;         ///< Resource number, 0 for none.
     std::uint32_t hash;                     ///< Of class and title.
     std::uint32_t nextInBucket;
     char className[CLASS_NAME_BYTES];
@@ -180,6 +182,10 @@ struct Segment {
 
     /// Counts everything that may change the answer to a search for a window.
     alignas(64) std::atomic<std::uint32_t> windowChanges;
+
+    /// Counts everything that may change what a viewer shows; it sleeps on this word.
+    alignas(64) std::atomic<std::uint32_t> viewChanges;
+    std::atomic<std::uint32_t> viewWaits;  ///< 1 while a viewer may sleep.
 
     alignas(64) std::atomic<std::int64_t> frontOrder;
     std::atomic<std::int64_t> backOrder;

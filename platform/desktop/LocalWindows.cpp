@@ -31,14 +31,26 @@ struct LessIgnoringCase {
     }
 };
 
+struct WindowClass {
+    WNDPROC procedure = nullptr;
+    int icon = 0;
+};
+
 struct Classes {
     std::mutex mutex;
-    std::map<std::string, WNDPROC, LessIgnoringCase> procedures;
+    std::map<std::string, WindowClass, LessIgnoringCase> byName;
 };
 
 Classes& classes() {
     static auto* const all = new Classes;  // Static objects may make windows until the very end.
     return *all;
+}
+
+WindowClass classNamed(std::string_view className) {
+    Classes& all = classes();
+    const std::lock_guard guard(all.mutex);
+    const auto found = all.byName.find(className);
+    return found == all.byName.end() ? WindowClass{} : found->second;
 }
 
 }  // namespace
@@ -50,12 +62,8 @@ LocalWindow* localWindow(HWND window) {
 
 LocalWindow& localEntry(HWND window) { return g_windows[indexOf(window)]; }
 
-WNDPROC classProcedure(std::string_view className) {
-    Classes& all = classes();
-    const std::lock_guard guard(all.mutex);
-    const auto found = all.procedures.find(className);
-    return found == all.procedures.end() ? nullptr : found->second;
-}
+WNDPROC classProcedure(std::string_view className) { return classNamed(className).procedure; }
+int classIcon(std::string_view className) { return classNamed(className).icon; }
 
 LRESULT callWindow(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     const LocalWindow* local = localWindow(window);
@@ -79,11 +87,13 @@ WORD RegisterClassA(const WNDCLASSA* windowClass) {
     }
     desktop::Classes& all = desktop::classes();
     const std::lock_guard guard(all.mutex);
-    if (!all.procedures.try_emplace(name, windowClass->lpfnWndProc).second) {
+    if (!all.byName
+             .try_emplace(name, desktop::WindowClass{windowClass->lpfnWndProc, windowClass->icon})
+             .second) {
         SetLastError(ERROR_CLASS_ALREADY_EXISTS);
         return 0;
     }
-    return static_cast<WORD>(desktop::MAX_NAMES + all.procedures.size());
+    return static_cast<WORD>(desktop::MAX_NAMES + all.byName.size());
 }
 
 LPARAM GetWindowUserData(HWND window) {

@@ -20,5 +20,7 @@ LocalWindow& localEntry(HWND window);
 
 /// The procedure of a class of this process; null when there is none.
 WNDPROC classProcedure(std::string_view className);
+/// The icon's resource number of a class of this process; 0 when there is none.
+int classIcon(std::string_view className);
 
 }  // namespace juntora::desktop

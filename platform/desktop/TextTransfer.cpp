@@ -5,6 +5,7 @@
 
 #include "platform/desktop/Queue.h"
 #include "platform/desktop/message.h"
+#include "platform/desktop/view.h"
 
 namespace juntora::desktop {
 namespace {
@@ -28,9 +29,11 @@ TextWay textWayOf(UINT message) {
         case LB_ADDSTRING:
         case LB_INSERTSTRING:
         case LB_FINDSTRINGEXACT:
+        case VIEW_SAVE_PICTURE:
             return TextWay::IN;
         case WM_GETTEXT:
         case LB_GETTEXT:
+        case VIEW_GET_MENU:
             return TextWay::OUT;
         default:
             return TextWay::NO_TEXT;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "platform/desktop/Futex.h"
 #include "platform/desktop/Hash.h"
 
 namespace juntora::desktop {
@@ -69,7 +70,9 @@ void describe(Segment& segment, std::uint32_t index, const WindowMaking& making)
     WindowDetails& details = segment.details[index];
     details.order =
         making.behind ? segment.backOrder.fetch_sub(1) - 1 : segment.frontOrder.fetch_add(1) + 1;
+    details.owner = making.owner;
     details.id = making.id;
+    details.icon = making.icon;
     details.x = making.place.left;
     details.y = making.place.top;
     details.width = making.place.right - making.place.left;
@@ -110,6 +113,13 @@ void unmakeWindow(Segment& segment, std::uint32_t index) {
     segment.windows[index].live = 0;
     unlink(segment, index);
     noteWindowsChanged(segment);
+}
+
+void noteViewChanged(Segment& segment) {
+    segment.viewChanges.fetch_add(1);
+    if (segment.viewWaits.load() != 0 && segment.viewWaits.exchange(0) != 0) {
+        futexWakeAll(&segment.viewChanges);
+    }
 }
 
 std::string_view titleOf(const Segment& segment, std::uint32_t index) {

@@ -29,7 +29,9 @@ struct WindowMaking {
     DWORD style;
     DWORD extendedStyle;
     HWND parent;
+    HWND owner;
     int id;
+    int icon;
     RECT place;   ///< left, top, and right and bottom as ends.
     bool behind;  ///< At the bottom of its siblings, else at the top.
 };
@@ -50,8 +52,14 @@ std::uint32_t findByClassAndTitle(Segment& segment, std::string_view className,
 /// After a death under the lock: drops what is not live and links the rest anew.
 void rebuildWindowIndex(Segment& segment);
 
-/// Tells all who remember an answer to a search that it may have changed.
-inline void noteWindowsChanged(Segment& segment) { segment.windowChanges.fetch_add(1); }
+/// Tells the viewer that there is something new to show.
+void noteViewChanged(Segment& segment);
+
+/// Tells all who remember an answer to a search that it may have changed, and the viewer too.
+inline void noteWindowsChanged(Segment& segment) {
+    segment.windowChanges.fetch_add(1);
+    noteViewChanged(segment);
+}
 
 bool equalsIgnoringCase(std::string_view left, std::string_view right);
 

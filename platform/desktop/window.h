@@ -29,7 +29,8 @@ HWND GetDesktopWindow();
 /// Makes a window of the calling thread and sends it WM_CREATE with `param` as lParam; a result of
 /// -1 unmakes it again. `title` may be null; 511 bytes of it are kept. `parent` 0 with WS_CHILD
 /// clear is a top-level window. `id` is the child's identifier. A window made visible sends no
-/// WM_SHOWWINDOW. Position and size are in pixels relative to the parent.
+/// WM_SHOWWINDOW. Position and size are in pixels relative to the parent. A `parent` of a top-level
+/// window is its owner: a viewer keeps it above that one.
 /// Returns 0 when the class is unknown, WM_CREATE refused or the desktop is full.
 HWND CreateWindowExA(DWORD extendedStyle, const char* className, const char* title, DWORD style,
                      int x, int y, int width, int height, HWND parent, int id,
@@ -48,7 +49,8 @@ BOOL IsWindow(HWND window);
 /// asked by this thread.
 HWND FindWindowA(const char* className, const char* title);
 
-/// GW_CHILD: the top-most child. GW_HWNDNEXT: the sibling below. 0 where there is none.
+/// GW_CHILD: the top-most child. GW_HWNDNEXT: the sibling below. GW_OWNER: the window that a
+/// top-level one was made with as its parent. 0 where there is none.
 HWND GetWindow(HWND window, UINT which);
 
 /// The window that a child is in; 0 for the desktop's own children, top-level or not.
@@ -84,9 +86,9 @@ BOOL GetWindowRect(HWND window, RECT* rect);
 BOOL GetClientRect(HWND window, RECT* rect);
 
 /// SW_HIDE hides. SW_MINIMIZE, SW_SHOWMINIMIZED and SW_SHOWMINNOACTIVE show the window minimised,
-/// SW_SHOWNORMAL and SW_RESTORE at its full size and on top of its siblings; every other value
-/// shows it as it is. WM_SHOWWINDOW is sent where visibility changes. Returns whether the window
-/// was visible before.
+/// SW_SHOWNORMAL and SW_RESTORE at its full size, SW_SHOW as it is; these three put it on top of
+/// its siblings, and a top-level window in front. Every other value shows it as it is, where it is.
+/// WM_SHOWWINDOW is sent where visibility changes. Returns whether the window was visible before.
 BOOL ShowWindow(HWND window, int command);
 
 /// Whether the window and all that it is in are visible.

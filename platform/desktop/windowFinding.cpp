@@ -150,10 +150,14 @@ HWND GetWindow(HWND window, UINT which) {
     if (which == GW_CHILD) {
         return desktop::nextSibling(isDesktop ? 0 : window, desktop::FRONT);
     }
+    const desktop::Segment& segment = attachment->segment();
+    if (!isDesktop && which == GW_OWNER) {
+        const HWND owner = segment.details[desktop::indexOf(window)].owner.load();
+        return desktop::isCurrent(segment, owner) ? owner : 0;
+    }
     if (isDesktop || which != GW_HWNDNEXT) {
         return 0;
     }
-    const desktop::Segment& segment = attachment->segment();
     const std::uint32_t index = desktop::indexOf(window);
     const std::int64_t order = segment.details[index].order.load() - 1;
     return desktop::nextSibling(segment.windows[index].parent.load(), order);

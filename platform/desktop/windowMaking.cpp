@@ -6,6 +6,7 @@
 #include "platform/desktop/LocalWindows.h"
 #include "platform/desktop/Lock.h"
 #include "platform/desktop/Sweep.h"
+#include "platform/desktop/view.h"
 #include "platform/desktop/window.h"
 #include "platform/kernel/sync.h"
 
@@ -87,7 +88,9 @@ HWND CreateWindowExA(DWORD extendedStyle, const char* className, const char* tit
                                                      style,
                                                      extendedStyle,
                                                      isChild ? above : 0,
+                                                     isChild ? 0 : above,
                                                      id,
+                                                     desktop::classIcon(className),
                                                      {x, y, x + width, y + height},
                                                      isChild});
     if (window == 0) {
@@ -95,6 +98,9 @@ HWND CreateWindowExA(DWORD extendedStyle, const char* className, const char* tit
         return 0;
     }
     desktop::localEntry(window) = {window, procedure, 0};
+    if (!isChild && (style & WS_VISIBLE) != 0) {
+        EnsureScreen();
+    }
     if (desktop::callWindow(window, WM_CREATE, 0, reinterpret_cast<LPARAM>(param)) == -1) {
         DestroyWindow(window);
         return 0;

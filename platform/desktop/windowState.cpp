@@ -8,6 +8,7 @@
 #include "platform/desktop/LocalWindows.h"
 #include "platform/desktop/Lock.h"
 #include "platform/desktop/message.h"
+#include "platform/desktop/view.h"
 #include "platform/desktop/window.h"
 #include "platform/kernel/sync.h"
 
@@ -49,10 +50,15 @@ bool hasStyle(HWND window, DWORD style) {
     return place && (place.slot->style.load() & style) != 0;
 }
 
+void noteChange(const Place& place) {
+    place.slot->changes.fetch_add(1);
+    noteViewChanged(*place.segment);
+}
+
 void changeStyle(const Place& place, DWORD set, DWORD clear) {
     place.slot->style.fetch_and(~clear);
     place.slot->style.fetch_or(set);
-    place.slot->changes.fetch_add(1);
+    noteChange(place);
 }
 
 void moveInOrder(const Place& place, bool toFront) {
@@ -60,6 +66,14 @@ void moveInOrder(const Place& place, bool toFront) {
                                    : place.segment->backOrder.fetch_sub(1) - 1;
     place.slot->changes.fetch_add(1);
     noteWindowsChanged(*place.segment);
+}
+
+/// To the top of the order, and in front if it is a top-level window.
+void activate(const Place& place, HWND window) {
+    if ((place.slot->style.load() & WS_CHILD) == 0) {
+        place.segment->foreground = window;
+    }
+    moveInOrder(place, true);
 }
 
 LRESULT storeText(HWND window, const char* text) {
@@ -73,6 +87,16 @@ LRESULT storeText(HWND window, const char* text) {
     }
     setTitle(*place.segment, indexOf(window), text);
     return 1;
+}
+
+/// Returns the icon before. Small and large are one here: a viewer has pictures that scale.
+LRESULT storeIcon(HWND window, int icon) {
+    const Place place = placeOf(window);
+    const LRESULT before = place ? place.details->icon.exchange(icon) : 0;
+    if (place) {
+        noteChange(place);
+    }
+    return before;
 }
 
 /// What the segment holds as the window's text.
@@ -203,6 +227,9 @@ BOOL ShowWindow(HWND window, int command) {
     }
     const bool wasVisible = (place.slot->style.load() & WS_VISIBLE) != 0;
     const bool show = command != SW_HIDE;
+    if (show && !wasVisible && (place.slot->style.load() & WS_CHILD) == 0) {
+        EnsureScreen();
+    }
     if (show != wasVisible) {
         SendMessageA(window, WM_SHOWWINDOW, show ? 1 : 0, 0);
     }
@@ -218,7 +245,11 @@ BOOL ShowWindow(HWND window, int command) {
         case SW_SHOWNORMAL:
         case SW_RESTORE:
             desktop::changeStyle(place, WS_VISIBLE, WS_MINIMIZE);
-            desktop::moveInOrder(place, true);
+            desktop::activate(place, window);
+            break;
+        case SW_SHOW:
+            desktop::changeStyle(place, WS_VISIBLE, 0);
+            desktop::activate(place, window);
             break;
         default:
             desktop::changeStyle(place, WS_VISIBLE, 0);
@@ -270,7 +301,7 @@ DWORD GetWindowChangeCount(HWND window) {
 
 void NoteWindowChange(HWND window) {
     if (const auto place = placeOf(window)) {
-        place.slot->changes.fetch_add(1);
+        desktop::noteChange(place);
     }
 }
 
@@ -286,6 +317,8 @@ LRESULT DefWindowProcA(HWND window, UINT message, WPARAM wParam, LPARAM lParam) 
         case WM_GETTEXT:
             return desktop::storedText(window, reinterpret_cast<char*>(lParam),
                                        static_cast<int>(wParam));
+        case WM_SETICON:
+            return desktop::storeIcon(window, static_cast<int>(lParam));
         case WM_GETTEXTLENGTH: {
             char text[desktop::TITLE_BYTES];
             return desktop::storedText(window, text, sizeof text);

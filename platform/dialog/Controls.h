@@ -12,6 +12,10 @@ LRESULT ButtonProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 LRESULT StaticProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 LRESULT ListBoxProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
+/// Writes a window's own menu as VIEW_GET_MENU has it, to `buffer` of MESSAGE_TEXT_BYTES; returns
+/// the length.
+LRESULT CopySystemMenu(HWND window, char* buffer);
+
 /// What a control answers to WM_GETDLGCODE, so that a dialog knows how to treat it.
 enum DialogCode : LRESULT {
     DLGC_WANTARROWS = 0x0001,

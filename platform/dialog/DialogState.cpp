@@ -5,7 +5,9 @@
 #include <utility>
 
 #include "platform/desktop/message.h"
+#include "platform/desktop/view.h"
 #include "platform/desktop/window.h"
+#include "platform/dialog/Controls.h"
 
 namespace juntora {
 namespace dialog {
@@ -48,6 +50,9 @@ LRESULT dialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
     const std::shared_ptr<Dialog> dialog = FindDialog(window);
     if (!dialog) {
         return DefWindowProcA(window, message, wParam, lParam);
+    }
+    if (message == VIEW_GET_MENU) {
+        return CopySystemMenu(window, reinterpret_cast<char*>(lParam));
     }
     if (message == WM_SHOWWINDOW && wParam != 0) {
         dialog->hasBeenShown = true;

@@ -1,5 +1,6 @@
 // The window's own menu.
 #include <algorithm>
+#include <cstring>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -7,12 +8,12 @@
 #include <vector>
 
 #include "platform/desktop/LocalWindows.h"
+#include "platform/desktop/message.h"
+#include "platform/dialog/Controls.h"
 #include "platform/dialog/dialog.h"
 
 namespace juntora {
 namespace {
-
-constexpr WPARAM SC_MOVE = 0xF010;
 
 struct MenuItem {
     UINT flags;
@@ -29,6 +30,8 @@ public:
                   {MF_STRING, SC_SIZE, "&Size"},         {MF_STRING, SC_MINIMIZE, "Mi&nimize"},
                   {MF_STRING, SC_MAXIMIZE, "Ma&ximize"}, {MF_SEPARATOR, 0, ""},
                   {MF_STRING, SC_CLOSE, "&Close"}} {}
+
+    const std::vector<MenuItem>& items() const { return m_items; }
 
     void append(MenuItem item) { m_items.push_back(std::move(item)); }
 
@@ -71,6 +74,23 @@ SystemMenu* GetSystemMenu(HWND window) {
         menu = std::make_unique<SystemMenu>();
     }
     return menu.get();
+}
+
+LRESULT dialog::CopySystemMenu(HWND window, char* buffer) {
+    const SystemMenu* menu = GetSystemMenu(window);
+    if (!menu || !buffer) {
+        return 0;
+    }
+    std::string lines;
+    for (const MenuItem& item : menu->items()) {
+        const std::string line =
+            std::to_string(item.flags) + '\t' + std::to_string(item.command) + '\t' + item.text;
+        if (lines.size() + line.size() + 1 < MESSAGE_TEXT_BYTES) {
+            lines += line + '\n';
+        }
+    }
+    std::memcpy(buffer, lines.c_str(), lines.size() + 1);
+    return static_cast<LRESULT>(lines.size());
 }
 
 BOOL AppendMenuA(SystemMenu* menu, UINT flags, WPARAM command, const char* text) {

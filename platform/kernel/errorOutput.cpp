@@ -1,8 +1,10 @@
 #include "platform/kernel/errorOutput.h"
 
+#include <fcntl.h>
 #include <limits.h>
 #include <poll.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <time.h>
 #include <unistd.h>
 
@@ -51,6 +53,32 @@ void WriteToErrors(std::string_view text) {
             return;
         }
         text.remove_prefix(static_cast<std::size_t>(written));
+    }
+}
+
+SilencedErrors::SilencedErrors() : m_errors(-1) {
+    const int nothing = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    if (nothing >= 0) {
+        m_errors = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 0);
+        dup2(nothing, STDERR_FILENO);
+        close(nothing);
+    }
+    rlimit image{};
+    if (getrlimit(RLIMIT_CORE, &image) == 0) {
+        image.rlim_cur = 0;
+        setrlimit(RLIMIT_CORE, &image);
+    }
+}
+
+SilencedErrors::~SilencedErrors() {
+    if (m_errors >= 0) {
+        dup2(m_errors, STDERR_FILENO);
+        close(m_errors);
+    }
+    rlimit image{};
+    if (getrlimit(RLIMIT_CORE, &image) == 0) {
+        image.rlim_cur = image.rlim_max;
+        setrlimit(RLIMIT_CORE, &image);
     }
 }
 

@@ -9,4 +9,18 @@ namespace juntora::kernel {
 /// and one that does not read does not hold it up.
 void WriteToErrors(std::string_view text);
 
+/// While it lives, what this process and its libraries write to standard error goes nowhere, and a
+/// process that ends itself leaves no memory image: for a library that ends the process with words
+/// of its own when it finds no display. One at a time.
+class SilencedErrors {
+public:
+    SilencedErrors();
+    ~SilencedErrors();
+    SilencedErrors(const SilencedErrors&) = delete;
+    SilencedErrors& operator=(const SilencedErrors&) = delete;
+
+private:
+    int m_errors;  ///< Where they went before; -1 if they still do.
+};
+
 }  // namespace juntora::kernel

@@ -2,9 +2,11 @@
 #include "platform/desktop/window.h"
 
 #include <algorithm>
+#include <thread>
 #include <vector>
 
 #include "platform/desktop/message.h"
+#include "platform/desktop/view.h"
 #include "platform/kernel/sync.h"
 #include "tests/platform/Peer.h"
 #include "tests/platform/PeerMessages.h"
@@ -110,6 +112,39 @@ TEST_F(WindowTest, StateIsSeenByOthersAndCountsAsChange) {
     EXPECT_NE(before, GetWindowChangeCount(peer.window));
     SendMessageA(peer.window, WM_SYSCOMMAND, SC_CLOSE, 0);
     EXPECT_FALSE(IsWindow(peer.window)) << "by default a close destroys";
+}
+
+TEST_F(WindowTest, AViewerSeesWhatIsShownAndHearsOfEachChange) {
+    Peer peer;
+    EXPECT_TRUE(ViewWindows().empty()) << "nothing is visible";
+    ShowWindow(peer.window, SW_SHOWNORMAL);
+    const HWND owned = CreateWindowExA(WS_EX_APPWINDOW, "WindowTest", "owned",
+                                       WS_POPUP | WS_VISIBLE, 10, 20, 30, 40, peer.window, 5);
+    const HWND first = make("first", WS_CHILD, owned, 1);
+    const HWND second = make("second", WS_CHILD | WS_VISIBLE, owned, 2);
+    SendMessageA(owned, WM_SETICON, 0, 128);
+
+    const std::vector<ViewedWindow> viewed = ViewWindows();
+    ASSERT_EQ(4U, viewed.size());
+    EXPECT_EQ(owned, viewed[0].window) << "the front-most first";
+    EXPECT_EQ(peer.window, viewed[0].owner);
+    EXPECT_EQ(peer.window, GetWindow(owned, GW_OWNER));
+    EXPECT_EQ(128, viewed[0].icon);
+    EXPECT_EQ(40, viewed[0].place.right);
+    EXPECT_EQ(first, viewed[1].window) << "what is in a window, in the order of its making";
+    EXPECT_EQ(second, viewed[2].window);
+    EXPECT_EQ("second", viewed[2].text);
+    EXPECT_EQ(peer.window, viewed[3].window);
+
+    const DWORD seen = ViewChangeCount();
+    EXPECT_EQ(seen, AwaitViewChange(seen, 1)) << "nothing happens";
+    std::thread changing([&] { SetWindowTextA(peer.window, "changed"); });
+    EXPECT_NE(seen, AwaitViewChange(seen, 10'000));
+    changing.join();
+    peer.process.kill();
+    ASSERT_TRUE(peer.process.wait());
+    DestroyWindow(owned);
+    EXPECT_TRUE(ViewWindows().empty()) << "the dead show nothing";
 }
 
 TEST_F(WindowTest, MoreWindowsThanTheDesktopHoldsAreRefused) {
