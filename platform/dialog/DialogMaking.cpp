@@ -5,16 +5,11 @@
 #include "platform/desktop/window.h"
 #include "platform/dialog/Controls.h"
 #include "platform/dialog/DialogState.h"
+#include "platform/dialog/TextSize.h"
 
 namespace juntora {
 namespace dialog {
 namespace {
-
-/// Average width and height of "MS Sans Serif" at 8 points, of which a dialog unit is a quarter and
-/// an eighth. All templates are laid out for this font, and a screen that shows them in another one
-/// scales what it reads here.
-constexpr int FONT_WIDTH = 6;
-constexpr int FONT_HEIGHT = 13;
 
 /// What dialogs are centred on. A screen places centred windows on its display by their style.
 constexpr int SCREEN_WIDTH = 1024;

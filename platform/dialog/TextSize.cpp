@@ -1,0 +1,70 @@
+#include "platform/dialog/TextSize.h"
+
+#include <algorithm>
+
+namespace juntora::dialog {
+namespace {
+
+constexpr int NARROW = 3;
+constexpr int SLIM = 4;
+constexpr int USUAL = 6;
+constexpr int BROAD = 7;
+constexpr int WIDE = 9;
+
+/// Four widths of signs are enough to lay a box out: the error evens out over a line, and what is
+/// too long is broken by the screen.
+int widthOf(char c) {
+    if (std::string_view("ijl.,:;'!|`").find(c) != std::string_view::npos) {
+        return NARROW;
+    }
+    if (std::string_view(" frt()[]{}/\\-\"I").find(c) != std::string_view::npos) {
+        return SLIM;
+    }
+    if (std::string_view("mwMW@%").find(c) != std::string_view::npos) {
+        return WIDE;
+    }
+    return c >= 'A' && c <= 'Z' ? BROAD : USUAL;
+}
+
+void breakLine(std::string_view line, int width, std::vector<std::string>* lines) {
+    std::string current;
+    while (!line.empty()) {
+        const std::size_t blanks = std::min(line.find_first_not_of(' '), line.size());
+        const std::size_t end = std::min(line.find(' ', blanks), line.size());
+        const std::string_view piece = line.substr(0, end);
+        if (!current.empty() && TextWidth(current) + TextWidth(piece) > width) {
+            lines->push_back(std::move(current));
+            current = piece.substr(std::min(blanks, piece.size()));
+        } else {
+            current += piece;
+        }
+        line.remove_prefix(end);
+    }
+    lines->push_back(std::move(current));
+}
+
+}  // namespace
+
+int TextWidth(std::string_view line) {
+    int width = 0;
+    for (const char c : line) {
+        width += widthOf(c);
+    }
+    return width;
+}
+
+std::vector<std::string> BreakLines(std::string_view text, int width) {
+    std::vector<std::string> lines;
+    for (;;) {
+        const std::size_t end = text.find('\n');
+        std::string_view line = text.substr(0, end);
+        line.remove_suffix(line.ends_with('\r') ? 1 : 0);
+        breakLine(line, width, &lines);
+        if (end == std::string_view::npos) {
+            return lines;
+        }
+        text.remove_prefix(end + 1);
+    }
+}
+
+}  // namespace juntora::dialog

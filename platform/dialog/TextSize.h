@@ -1,0 +1,23 @@
+// How much room a text takes in the font that dialogs are laid out for, without any display.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace juntora::dialog {
+
+/// Average width and height in pixels of "MS Sans Serif" at 8 points, of which a dialog unit is a
+/// quarter and an eighth. All templates are laid out for this font, and a screen that shows them in
+/// another one scales what it reads here.
+inline constexpr int FONT_WIDTH = 6;
+inline constexpr int FONT_HEIGHT = 13;
+
+/// The width of a line in pixels. An ampersand that marks a mnemonic counts as any other sign.
+int TextWidth(std::string_view line);
+
+/// The lines of a text, broken at blanks so that none is wider than `width` pixels unless it is one
+/// word. Line ends of the text stay ("\n", "\r\n").
+std::vector<std::string> BreakLines(std::string_view text, int width);
+
+}  // namespace juntora::dialog
