@@ -1,0 +1,84 @@
+#include "screen/Channel.h"
+
+#include <condition_variable>
+#include <deque>
+#include <map>
+#include <mutex>
+#include <thread>
+
+#include <QCoreApplication>
+#include <QMetaObject>
+
+#include "platform/desktop/message.h"
+
+namespace juntora::screen {
+
+/// Shared with the thread, which outlives the channel if it is stuck in a question.
+struct Channel::Work {
+    struct Question {
+        std::weak_ptr<void> asker;
+        std::function<std::function<void()>()> ask;
+    };
+
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::deque<Question> questions;
+    bool hasEnded = false;
+
+    void run() {
+        std::unique_lock guard(mutex);
+        for (;;) {
+            changed.wait(guard, [this] { return hasEnded || !questions.empty(); });
+            if (hasEnded) {
+                return;
+            }
+            const Question question = std::move(questions.front());
+            questions.pop_front();
+            guard.unlock();
+            QMetaObject::invokeMethod(
+                QCoreApplication::instance(),
+                [asker = question.asker, tellAnswer = question.ask()] {
+                    if (const auto alive = asker.lock()) {
+                        tellAnswer();
+                    }
+                },
+                Qt::QueuedConnection);
+            guard.lock();
+        }
+    }
+};
+
+std::shared_ptr<Channel> Channel::to(DWORD owner) {
+    static std::map<DWORD, std::weak_ptr<Channel>> channels;
+    std::erase_if(channels, [](const auto& entry) { return entry.second.expired(); });
+    std::weak_ptr<Channel>& known = channels[owner];
+    std::shared_ptr<Channel> channel = known.lock();
+    if (!channel) {
+        channel = std::make_shared<Channel>();
+        known = channel;
+    }
+    return channel;
+}
+
+Channel::Channel() : m_work(std::make_shared<Work>()) {
+    std::thread([work = m_work] { work->run(); }).detach();
+}
+
+Channel::~Channel() {
+    const std::lock_guard guard(m_work->mutex);
+    m_work->hasEnded = true;
+    m_work->changed.notify_one();
+}
+
+void Channel::ask(const std::weak_ptr<void>& asker,
+                  std::function<std::function<void()>()> question) {
+    const std::lock_guard guard(m_work->mutex);
+    m_work->questions.push_back({asker, std::move(question)});
+    m_work->changed.notify_one();
+}
+
+void tell(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    PostMessageA(window, message, wParam, lParam);
+}
+
+}  // namespace juntora::screen

@@ -1,0 +1,17 @@
+// Pictures by resource number.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include <QIcon>
+
+namespace juntora::screen {
+
+/// The suite's own and the platform's; a null icon for any other number.
+QIcon iconOf(int resource);
+
+/// The number in the text of a control that shows an icon ("#128").
+std::optional<int> iconNumberOf(const std::string& text);
+
+}  // namespace juntora::screen

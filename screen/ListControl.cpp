@@ -1,0 +1,90 @@
+// List boxes.
+#include <QFontDatabase>
+#include <QItemSelectionModel>
+#include <QListView>
+#include <QScrollBar>
+
+#include "platform/desktop/window.h"
+#include "screen/Channel.h"
+#include "screen/Control.h"
+#include "screen/ListLines.h"
+
+namespace juntora::screen {
+namespace {
+
+class List : public Control {
+public:
+    List(const ViewedWindow& viewed, QWidget* parent)
+        : Control(viewed.window),
+          m_lines(viewed.window, viewed.thread),
+          m_view(std::make_unique<QListView>(parent)),
+          m_id(viewed.id) {
+        m_view->setModel(&m_lines);
+        m_view->setUniformItemSizes(true);
+        m_view->setEditTriggers(QAbstractItemView::NoEditTriggers);
+        // Lines are laid out in columns by blanks.
+        m_view->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+        m_view->setVerticalScrollBarPolicy(
+            (viewed.style & WS_VSCROLL) != 0 ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
+        m_view->setAccessibleName(parent->windowTitle());
+        QObject::connect(m_view->verticalScrollBar(), &QScrollBar::valueChanged,
+                         [this] { m_lines.look(); });
+        QObject::connect(m_view.get(), &QListView::clicked,
+                         [this](const QModelIndex& at) { tellSelected(at.row()); });
+        QObject::connect(m_view.get(), &QListView::activated,
+                         [this](const QModelIndex&) { notify(LBN_DBLCLK); });
+        QObject::connect(m_view->selectionModel(), &QItemSelectionModel::currentChanged,
+                         [this](const QModelIndex& now) {
+                             if (!m_isTaking && now.isValid()) {
+                                 tellSelected(now.row());
+                             }
+                         });
+    }
+    ~List() override { m_view->setModel(nullptr); }
+    QWidget& widget() override { return *m_view; }
+
+protected:
+    void show(const ViewedWindow&, const Units&) override {
+        m_lines.refresh([this] { return visible(); }, [this](int row) { takeSelected(row); });
+    }
+
+private:
+    ListLines::Range visible() const {
+        const int height = qMax(1, m_view->sizeHintForRow(0));
+        const int first = m_view->verticalScrollBar()->value() /
+                          (m_view->verticalScrollMode() == QListView::ScrollPerPixel ? height : 1);
+        return {first, first + m_view->viewport()->height() / height + 1};
+    }
+
+    void takeSelected(int row) {
+        const QModelIndex now = row >= 0 ? m_lines.index(row) : QModelIndex();
+        if (m_view->currentIndex() != now) {
+            m_isTaking = true;
+            m_view->selectionModel()->setCurrentIndex(now, QItemSelectionModel::ClearAndSelect);
+            m_isTaking = false;
+        }
+    }
+
+    void tellSelected(int row) {
+        tell(window(), LB_SETCURSEL, static_cast<WPARAM>(row), 0);
+        notify(LBN_SELCHANGE);
+    }
+
+    void notify(WORD what) {
+        tell(GetParent(window()), WM_COMMAND, WPARAM{what} << 16 | static_cast<WORD>(m_id),
+             static_cast<LPARAM>(window()));
+    }
+
+    ListLines m_lines;
+    std::unique_ptr<QListView> m_view;
+    const int m_id;
+    bool m_isTaking = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Control> makeList(const ViewedWindow& viewed, QWidget* parent) {
+    return std::make_unique<List>(viewed, parent);
+}
+
+}  // namespace juntora::screen

@@ -1,0 +1,48 @@
+// What a window offers beside its controls: its own menu, and the same from the tray.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include <QString>
+
+#include "platform/desktop/view.h"
+#include "screen/Channel.h"
+
+class QMenu;
+
+namespace juntora::screen {
+
+/// The items that a program has put into its window's menu. They are read when the window first
+/// appears and again whenever a menu is about to be shown; until the answer is there the items
+/// known before are shown.
+class WindowMenu {
+public:
+    WindowMenu(HWND window, DWORD owner);
+
+    void refresh();
+
+    /// Fills a menu with what the window can do by itself: put away, the program's own items,
+    /// close.
+    void fill(QMenu& menu, DWORD style);
+    /// The same for somebody who doesn't see the window: show, the buttons among `controls` whose
+    /// text ends in an ellipsis (they open something), the program's own items, close.
+    void fillTray(QMenu& menu, const std::vector<ViewedWindow>& controls);
+
+private:
+    struct Item {
+        UINT flags;
+        WPARAM command;
+        QString text;
+    };
+    void addOwnItems(QMenu& menu) const;
+    void addCommand(QMenu& menu, const QString& text, WPARAM command) const;
+    static std::vector<Item> parse(const std::string& lines);
+
+    const HWND m_window;
+    std::shared_ptr<Channel> m_channel;
+    std::shared_ptr<void> m_alive;
+    std::vector<Item> m_items;
+};
+
+}  // namespace juntora::screen

@@ -1,0 +1,79 @@
+// juntora-screen: shows the windows of the desktop that JUNTORA_DESKTOP names on a display. The
+// layer starts it when a first window is to be seen; it ends by itself with the last one.
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <string_view>
+
+#include <QApplication>
+#include <QTimer>
+
+#include "platform/desktop/desktop.h"
+#include "platform/kernel/errorOutput.h"
+#include "platform/kernel/sync.h"
+#include "screen/DesktopView.h"
+#include "screen/DesktopWatch.h"
+#include "screen/ScreenWindow.h"
+
+namespace juntora::screen {
+namespace {
+
+constexpr char ONE_SCREEN_MUTEX[] = "JuntoraScreen";
+
+/// A desktop without windows is looked at so often before the screen ends.
+constexpr int LONELY_LOOKS = 2;
+constexpr int LOOK_MILLISECONDS = 1000;
+
+/// The toolkit ends the process with words of its own where it finds no display. Started by the
+/// layer, nobody has asked for those words.
+std::unique_ptr<QApplication> makeApplication(int& argc, char** argv, bool isQuiet) {
+    std::optional<kernel::SilencedErrors> silence;
+    if (isQuiet) {
+        silence.emplace();
+    }
+    return std::make_unique<QApplication>(argc, argv);
+}
+
+int show() {
+    QApplication::setQuitOnLastWindowClosed(false);
+    QGuiApplication::setDesktopFileName(QStringLiteral("juntora"));
+    DesktopView view;
+    const ScreenWindow window(view);
+    if (!window.isOk()) {
+        std::fputs("juntora-screen: the desktop has no room for another program's window.\n",
+                   stderr);
+        return 1;
+    }
+    const DesktopWatch watch([&] { view.refresh(); });
+    int lonelyLooks = 0;
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, [&] {
+        lonelyLooks = window.hasCompany() ? 0 : lonelyLooks + 1;
+        if (lonelyLooks >= LONELY_LOOKS) {
+            QApplication::quit();
+        }
+    });
+    look.start(LOOK_MILLISECONDS);
+    return QApplication::exec();
+}
+
+}  // namespace
+}  // namespace juntora::screen
+
+int main(int argc, char** argv) {
+    using namespace juntora;
+    const bool isQuiet = argc > 1 && std::string_view(argv[1]) == "--quiet";
+    if (!OpenDesktop()) {
+        return 1;
+    }
+    // Two programs may have started one each at the same instant.
+    if (CreateMutexA(true, screen::ONE_SCREEN_MUTEX) == nullptr ||
+        GetLastError() == ERROR_ALREADY_EXISTS) {
+        if (!isQuiet) {
+            std::fputs("juntora-screen: this desktop is being shown already.\n", stderr);
+        }
+        return isQuiet ? 0 : 1;
+    }
+    const auto application = screen::makeApplication(argc, argv, isQuiet);
+    return screen::show();
+}
