@@ -26,6 +26,7 @@ void addMonitorCommand(CLI::App& app, Action* action);
 void addToolCommand(CLI::App& app, Action* action);
 void addPathCommand(CLI::App& app, Action* action);
 void addListCommand(CLI::App& app, Action* action);
+void addScreenshotCommand(CLI::App& app, Action* action);
 void addCheckCommand(CLI::App& app, Action* action);
 
 /// Adds a command that runs `run` with its options, which live as long as the command line does.

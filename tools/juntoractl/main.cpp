@@ -39,6 +39,7 @@ int run(int argc, char** argv) {
     addToolCommand(app, &action);
     addPathCommand(app, &action);
     addListCommand(app, &action);
+    addScreenshotCommand(app, &action);
     addCheckCommand(app, &action);
     try {
         app.parse(argc, argv);
