@@ -9,7 +9,7 @@
 namespace juntora::screen {
 namespace {
 
-constexpr DWORD FRAME_MILLISECONDS = 16;
+constexpr DWORD FRAME_MILLISECONDS = 33;
 constexpr DWORD LOOK_ANYWAY_MILLISECONDS = 1000;
 
 }  // namespace

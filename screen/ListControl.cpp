@@ -12,6 +12,15 @@
 namespace juntora::screen {
 namespace {
 
+/// Lines are laid out in columns by blanks. Letters of one width are wider than others on the
+/// average, and a line of the usual length is to fit.
+QFont fontOfLines(const QFont& usual) {
+    constexpr double SHARE = 0.9;
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setPointSizeF(usual.pointSizeF() * SHARE);
+    return font;
+}
+
 class List : public Control {
 public:
     List(const ViewedWindow& viewed, QWidget* parent)
@@ -22,8 +31,8 @@ public:
         m_view->setModel(&m_lines);
         m_view->setUniformItemSizes(true);
         m_view->setEditTriggers(QAbstractItemView::NoEditTriggers);
-        // Lines are laid out in columns by blanks.
-        m_view->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+        m_view->setFont(fontOfLines(m_view->font()));
+        m_view->setTextElideMode(Qt::ElideMiddle);
         m_view->setVerticalScrollBarPolicy(
             (viewed.style & WS_VSCROLL) != 0 ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
         m_view->setAccessibleName(parent->windowTitle());

@@ -10,7 +10,7 @@ namespace juntora::screen {
 namespace {
 
 /// Lines above and below those in view that are read with them, so that a step finds them there.
-constexpr int MARGIN_LINES = 32;
+constexpr int MARGIN_LINES = 8;
 
 std::string readLine(HWND list, int row, std::vector<char>& buffer) {
     const LRESULT length = SendMessageA(list, LB_GETTEXT, static_cast<WPARAM>(row),
@@ -57,7 +57,7 @@ void ListLines::look() {
 int ListLines::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : m_count; }
 
 QVariant ListLines::data(const QModelIndex& index, int role) const {
-    if (role != Qt::DisplayRole && role != Qt::AccessibleTextRole) {
+    if (role != Qt::DisplayRole && role != Qt::AccessibleTextRole && role != Qt::ToolTipRole) {
         return {};
     }
     const auto line = m_lines.find(index.row());

@@ -66,6 +66,14 @@ TopWindow::TopWindow(const ViewedWindow& viewed)
 TopWindow::~TopWindow() = default;
 
 void TopWindow::update(const ViewedWindow& viewed, const std::vector<ViewedWindow>& controls) {
+    std::vector<DWORD> changes{viewed.changes};
+    for (const ViewedWindow& control : controls) {
+        changes.insert(changes.end(), {control.window, control.changes});
+    }
+    if (changes == m_changes) {
+        return;
+    }
+    m_changes = std::move(changes);
     updateFrame(viewed);
     updateControls(controls);
     updateState(viewed.style);

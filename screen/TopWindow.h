@@ -50,7 +50,7 @@ private:
     const HWND m_window;
     Units m_units;
     DWORD m_style = 0;
-    DWORD m_changes = 0;
+    std::vector<DWORD> m_changes;  ///< By which what is shown tells whether it is up to date.
     QTimer m_settling;
     bool m_isPlaced = false;
     QRect m_owner;  ///< Where the owner was on the display when this window came up.

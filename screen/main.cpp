@@ -1,7 +1,6 @@
 // juntora-screen: shows the windows of the desktop that JUNTORA_DESKTOP names on a display. The
 // layer starts it when a first window is to be seen; it ends by itself with the last one.
 #include <cstdio>
-#include <memory>
 #include <optional>
 #include <string_view>
 
@@ -23,16 +22,6 @@ constexpr char ONE_SCREEN_MUTEX[] = "JuntoraScreen";
 /// A desktop without windows is looked at so often before the screen ends.
 constexpr int LONELY_LOOKS = 2;
 constexpr int LOOK_MILLISECONDS = 1000;
-
-/// The toolkit ends the process with words of its own where it finds no display. Started by the
-/// layer, nobody has asked for those words.
-std::unique_ptr<QApplication> makeApplication(int& argc, char** argv, bool isQuiet) {
-    std::optional<kernel::SilencedErrors> silence;
-    if (isQuiet) {
-        silence.emplace();
-    }
-    return std::make_unique<QApplication>(argc, argv);
-}
 
 int show() {
     QApplication::setQuitOnLastWindowClosed(false);
@@ -74,6 +63,12 @@ int main(int argc, char** argv) {
         }
         return isQuiet ? 0 : 1;
     }
-    const auto application = screen::makeApplication(argc, argv, isQuiet);
+    // The toolkit has words of its own for a display that is not there, or that ends. Started by
+    // the layer, nobody has asked for them.
+    std::optional<kernel::SilencedErrors> silence;
+    if (isQuiet) {
+        silence.emplace();
+    }
+    const QApplication application(argc, argv);
     return screen::show();
 }

@@ -129,7 +129,6 @@ DWORD AwaitViewChange(DWORD seen, DWORD milliseconds) {
     if (segment.viewChanges.load() == seen) {
         desktop::futexWait({&segment.viewChanges, seen}, {nullptr, 0}, milliseconds);
     }
-    segment.viewWaits = 0;
     return segment.viewChanges.load();
 }
 

@@ -39,7 +39,7 @@ DWORD ViewChangeCount();
 
 /// Waits until the count is no longer `seen`, at most `milliseconds`; returns it. Changes while
 /// nobody waits cost those who make them a few instructions, and the first one behind a wait one
-/// system call. One thread of the desktop at a time should wait.
+/// system call.
 DWORD AwaitViewChange(DWORD seen, DWORD milliseconds);
 
 /// The program that shows the desktop has a hidden window of this class without a title.
