@@ -1,10 +1,12 @@
 #include "screen/Channel.h"
 
+#include <algorithm>
 #include <condition_variable>
 #include <deque>
 #include <map>
 #include <mutex>
 #include <thread>
+#include <vector>
 
 #include <QCoreApplication>
 #include <QMetaObject>
@@ -75,6 +77,15 @@ void Channel::ask(const std::weak_ptr<void>& asker,
     const std::lock_guard guard(m_work->mutex);
     m_work->questions.push_back({asker, std::move(question)});
     m_work->changed.notify_one();
+}
+
+std::string askForText(HWND window, UINT message, WPARAM wParam) {
+    std::vector<char> buffer(MESSAGE_TEXT_BYTES);
+    const LRESULT length =
+        SendMessageA(window, message, wParam, reinterpret_cast<LPARAM>(buffer.data()));
+    // Any program can answer with any number.
+    const auto bytes = std::clamp<LRESULT>(length, 0, LRESULT{MESSAGE_TEXT_BYTES} - 1);
+    return {buffer.data(), static_cast<std::size_t>(bytes)};
 }
 
 void tell(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 
 #include "platform/types.h"
 
@@ -28,6 +29,9 @@ private:
     struct Work;
     std::shared_ptr<Work> m_work;
 };
+
+/// The text that a window answers with, empty without one. For the channel's thread.
+std::string askForText(HWND window, UINT message, WPARAM wParam);
 
 /// What a person does: put into the window's queue, in the order in which it was done.
 void tell(HWND window, UINT message, WPARAM wParam, LPARAM lParam);

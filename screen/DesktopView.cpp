@@ -20,7 +20,11 @@ void DesktopView::refresh() {
             controls.push_back(*at);
         }
         there.insert(top.window);
-        windowFor(top).update(top, controls);
+        TopWindow& window = windowFor(top);
+        if (const auto owner = m_windows.find(top.owner); owner != m_windows.end()) {
+            window.stayAbove(*owner->second);
+        }
+        window.update(top, controls);
     }
     std::erase_if(m_windows, [&](const auto& entry) { return !there.contains(entry.first); });
     followForeground();
@@ -30,9 +34,6 @@ TopWindow& DesktopView::windowFor(const ViewedWindow& viewed) {
     std::unique_ptr<TopWindow>& window = m_windows[viewed.window];
     if (!window) {
         window = std::make_unique<TopWindow>(viewed);
-        if (const auto owner = m_windows.find(viewed.owner); owner != m_windows.end()) {
-            window->stayAbove(*owner->second);
-        }
     }
     return *window;
 }
@@ -47,7 +48,8 @@ void DesktopView::followForeground() {
     m_foreground = foreground;
 }
 
-LRESULT DesktopView::savePicture(HWND window, const char* file) const {
+LRESULT DesktopView::savePicture(HWND window, const char* file) {
+    refresh();
     const auto found = m_windows.find(window != 0 ? window : m_frontmost);
     if (found == m_windows.end()) {
         return PICTURE_NO_WINDOW;

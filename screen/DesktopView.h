@@ -17,7 +17,7 @@ public:
     void refresh();
 
     /// Saves a picture of a window, of the one in front for 0; a PictureResult.
-    LRESULT savePicture(HWND window, const char* file) const;
+    LRESULT savePicture(HWND window, const char* file);
 
 private:
     TopWindow& windowFor(const ViewedWindow& viewed);

@@ -38,13 +38,11 @@ public:
         m_view->setAccessibleName(parent->windowTitle());
         QObject::connect(m_view->verticalScrollBar(), &QScrollBar::valueChanged,
                          [this] { m_lines.look(); });
-        QObject::connect(m_view.get(), &QListView::clicked,
-                         [this](const QModelIndex& at) { tellSelected(at.row()); });
-        QObject::connect(m_view.get(), &QListView::activated,
+        QObject::connect(m_view.get(), &QListView::doubleClicked,
                          [this](const QModelIndex&) { notify(LBN_DBLCLK); });
         QObject::connect(m_view->selectionModel(), &QItemSelectionModel::currentChanged,
                          [this](const QModelIndex& now) {
-                             if (!m_isTaking && now.isValid()) {
+                             if (!m_lines.isTaking() && now.isValid()) {
                                  tellSelected(now.row());
                              }
                          });
@@ -68,9 +66,7 @@ private:
     void takeSelected(int row) {
         const QModelIndex now = row >= 0 ? m_lines.index(row) : QModelIndex();
         if (m_view->currentIndex() != now) {
-            m_isTaking = true;
             m_view->selectionModel()->setCurrentIndex(now, QItemSelectionModel::ClearAndSelect);
-            m_isTaking = false;
         }
     }
 
@@ -87,7 +83,6 @@ private:
     ListLines m_lines;
     std::unique_ptr<QListView> m_view;
     const int m_id;
-    bool m_isTaking = false;
 };
 
 }  // namespace

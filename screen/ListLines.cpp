@@ -1,5 +1,6 @@
 #include "screen/ListLines.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -12,11 +13,8 @@ namespace {
 /// Lines above and below those in view that are read with them, so that a step finds them there.
 constexpr int MARGIN_LINES = 8;
 
-std::string readLine(HWND list, int row, std::vector<char>& buffer) {
-    const LRESULT length = SendMessageA(list, LB_GETTEXT, static_cast<WPARAM>(row),
-                                        reinterpret_cast<LPARAM>(buffer.data()));
-    return length > 0 ? std::string(buffer.data(), static_cast<std::size_t>(length)) : "";
-}
+/// More lines than any list has: a program can claim any number, and the view makes room for each.
+constexpr LRESULT MOST_LINES = 1'000'000;
 
 }  // namespace
 
@@ -57,11 +55,19 @@ void ListLines::look() {
 int ListLines::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : m_count; }
 
 QVariant ListLines::data(const QModelIndex& index, int role) const {
-    if (role != Qt::DisplayRole && role != Qt::AccessibleTextRole && role != Qt::ToolTipRole) {
+    const auto line = m_lines.find(index.row());
+    if (line == m_lines.end()) {
         return {};
     }
-    const auto line = m_lines.find(index.row());
-    return line == m_lines.end() ? QVariant() : QVariant(line->second);
+    switch (role) {
+        case Qt::DisplayRole:
+        case Qt::AccessibleTextRole:
+            return line->second;
+        case Qt::ToolTipRole:  // A plain text, whatever it looks like.
+            return line->second.toHtmlEscaped();
+        default:
+            return {};
+    }
 }
 
 void ListLines::ask(Range range) {
@@ -70,13 +76,13 @@ void ListLines::ask(Range range) {
     range.first = qMax(0, range.first - MARGIN_LINES);
     range.last += MARGIN_LINES;
     m_channel->ask(m_alive, [this, list = m_list, range]() -> std::function<void()> {
-        std::vector<char> buffer(MESSAGE_TEXT_BYTES);
         auto reading = std::make_shared<Reading>();
         reading->range = range;
-        reading->count = static_cast<int>(SendMessageA(list, LB_GETCOUNT, 0, 0));
+        reading->count = static_cast<int>(
+            std::clamp<LRESULT>(SendMessageA(list, LB_GETCOUNT, 0, 0), 0, MOST_LINES));
         reading->selected = static_cast<int>(SendMessageA(list, LB_GETCURSEL, 0, 0));
         for (int row = range.first; row <= range.last && row < reading->count; ++row) {
-            reading->lines.push_back(readLine(list, row, buffer));
+            reading->lines.push_back(askForText(list, LB_GETTEXT, static_cast<WPARAM>(row)));
         }
         return [this, reading] { take(*reading); };
     });
@@ -84,7 +90,8 @@ void ListLines::ask(Range range) {
 
 void ListLines::take(const Reading& reading) {
     m_isAsking = false;
-    setCount(qMax(0, reading.count));
+    m_isTaking = true;
+    setCount(reading.count);
     m_lines.clear();
     int row = reading.range.first;
     for (const std::string& line : reading.lines) {
@@ -94,6 +101,7 @@ void ListLines::take(const Reading& reading) {
         Q_EMIT dataChanged(index(0), index(m_count - 1), {Qt::DisplayRole});
     }
     m_selected(reading.selected);
+    m_isTaking = false;
     if (m_mustAskAgain) {
         ask(m_visible());
     } else {

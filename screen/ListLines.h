@@ -32,6 +32,9 @@ public:
     /// Reads what has come into view and is not known yet.
     void look();
 
+    /// Whether what the view does now comes from the list, and not from a person.
+    bool isTaking() const { return m_isTaking; }
+
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
 
@@ -50,6 +53,7 @@ private:
     int m_count = 0;
     bool m_isAsking = false;
     bool m_mustAskAgain = false;
+    bool m_isTaking = false;
 };
 
 }  // namespace juntora::screen

@@ -8,7 +8,7 @@
 namespace juntora::screen {
 namespace {
 
-const DesktopView* g_view = nullptr;
+DesktopView* g_view = nullptr;
 
 LRESULT handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == VIEW_SAVE_PICTURE) {
@@ -23,7 +23,7 @@ LRESULT handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
 
 }  // namespace
 
-ScreenWindow::ScreenWindow(const DesktopView& view) {
+ScreenWindow::ScreenWindow(DesktopView& view) {
     g_view = &view;
     const WNDCLASSA screenClass{0, handle, 0, 0, 0, SCREEN_WINDOW_CLASS};
     RegisterClassA(&screenClass);

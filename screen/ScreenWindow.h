@@ -14,7 +14,7 @@ class DesktopView;
 /// Hidden, and served from the toolkit's own loop. One in a process.
 class ScreenWindow {
 public:
-    explicit ScreenWindow(const DesktopView& view);
+    explicit ScreenWindow(DesktopView& view);
     ~ScreenWindow();
     ScreenWindow(const ScreenWindow&) = delete;
     ScreenWindow& operator=(const ScreenWindow&) = delete;

@@ -35,7 +35,8 @@ protected:
 
 private:
     void showIcon(int number, QSize size) {
-        const int side = qMin(size.width(), size.height());
+        constexpr int LARGEST = 256;
+        const int side = qMin(LARGEST, qMin(size.width(), size.height()));
         m_label->setPixmap(iconOf(number).pixmap(QSize(side, side), m_label->devicePixelRatioF()));
         m_label->setAccessibleName(QStringLiteral("Icon"));
     }

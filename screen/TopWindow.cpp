@@ -147,7 +147,8 @@ void TopWindow::updateState(DWORD style) {
 }
 
 void TopWindow::stayAbove(TopWindow& owner) {
-    if (!owner.isMinimized()) {
+    const bool isThere = windowHandle() != nullptr && windowHandle()->transientParent() != nullptr;
+    if (!isThere && !owner.isMinimized()) {
         m_owner = owner.frameGeometry();
         owner.winId();
         winId();
@@ -164,6 +165,9 @@ void TopWindow::bringToFront() {
 
 void TopWindow::closeEvent(QCloseEvent* event) {
     event->ignore();
+    if (!isEnabled()) {
+        return;  // A box of its own stands in front of it.
+    }
     tell(m_window, WM_SYSCOMMAND, SC_CLOSE, 0);
 }
 
@@ -219,9 +223,11 @@ void TopWindow::keyPressEvent(QKeyEvent* event) {
 }
 
 void TopWindow::contextMenuEvent(QContextMenuEvent* event) {
-    QMenu menu;
-    m_menu.fill(menu, m_style);
-    menu.exec(event->globalPos());
+    // It may outlive this window: the commands go to the model.
+    auto* menu = new QMenu;
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    m_menu.fill(*menu, m_style);
+    menu->popup(event->globalPos());
 }
 
 }  // namespace juntora::screen

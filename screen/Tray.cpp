@@ -7,11 +7,9 @@
 namespace juntora::screen {
 
 Tray::Tray(WindowMenu& menu) : m_windowMenu(menu) {
-    const auto refill = [this] {
-        m_menu.clear();
-        m_windowMenu.fillTray(m_menu, m_controls);
-    };
-    QObject::connect(&m_menu, &QMenu::aboutToShow, refill);
+    // Some trays show the menu by themselves and never say that they are about to: it is kept up.
+    m_windowMenu.setChanged([this] { refill(); });
+    QObject::connect(&m_menu, &QMenu::aboutToShow, [this] { m_windowMenu.refresh(); });
     QObject::connect(&m_icon, &QSystemTrayIcon::activated,
                      [this](QSystemTrayIcon::ActivationReason reason) {
                          if (reason == QSystemTrayIcon::Trigger) {
@@ -23,13 +21,17 @@ Tray::Tray(WindowMenu& menu) : m_windowMenu(menu) {
 
 void Tray::update(const ViewedWindow& window, const std::vector<ViewedWindow>& controls) {
     m_window = window.window;
+    m_style = window.style;
     m_controls = controls;
     m_icon.setIcon(iconOf(window.icon));
     m_icon.setToolTip(textOf(window.text));
-    // A tray that shows the menu by itself never says that it is about to.
-    m_menu.clear();
-    m_windowMenu.fillTray(m_menu, m_controls);
+    refill();
     m_icon.show();
+}
+
+void Tray::refill() {
+    m_menu.clear();
+    m_windowMenu.fillTray(m_menu, m_style, m_controls);
 }
 
 }  // namespace juntora::screen

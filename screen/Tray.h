@@ -16,8 +16,11 @@ public:
     void update(const ViewedWindow& window, const std::vector<ViewedWindow>& controls);
 
 private:
+    void refill();
+
     WindowMenu& m_windowMenu;
     HWND m_window = 0;
+    DWORD m_style = 0;
     std::vector<ViewedWindow> m_controls;
     QMenu m_menu;
     QSystemTrayIcon m_icon;

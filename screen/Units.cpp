@@ -3,12 +3,10 @@
 #include <QFontMetricsF>
 #include <QStringDecoder>
 
+#include "platform/dialog/TextSize.h"
+
 namespace juntora::screen {
 namespace {
-
-// What the model's pixels are measured by.
-constexpr double MODEL_WIDTH = 6;
-constexpr double MODEL_HEIGHT = 13;
 
 /// The average of the letters, as dialog units are defined.
 double averageWidth(const QFontMetricsF& metrics) {
@@ -20,8 +18,8 @@ double averageWidth(const QFontMetricsF& metrics) {
 
 Units::Units(const QFont& font) {
     const QFontMetricsF metrics(font);
-    m_across = averageWidth(metrics) / MODEL_WIDTH;
-    m_down = metrics.height() / MODEL_HEIGHT;
+    m_across = averageWidth(metrics) / dialog::FONT_WIDTH;
+    m_down = metrics.height() / dialog::FONT_HEIGHT;
 }
 
 QRect Units::rect(const RECT& place) const {

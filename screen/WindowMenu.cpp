@@ -26,11 +26,15 @@ WindowMenu::WindowMenu(HWND window, DWORD owner)
 
 void WindowMenu::refresh() {
     m_channel->ask(m_alive, [this, window = m_window]() -> std::function<void()> {
-        std::vector<char> buffer(MESSAGE_TEXT_BYTES);
-        const LRESULT length =
-            SendMessageA(window, VIEW_GET_MENU, 0, reinterpret_cast<LPARAM>(buffer.data()));
-        std::string lines(buffer.data(), length > 0 ? static_cast<std::size_t>(length) : 0);
-        return [this, lines = std::move(lines)] { m_items = parse(lines); };
+        return [this, lines = askForText(window, VIEW_GET_MENU, 0)] {
+            if (lines != m_lines) {
+                m_lines = lines;
+                m_items = parse(lines);
+                if (m_changed) {
+                    m_changed();
+                }
+            }
+        };
     });
 }
 
@@ -72,8 +76,7 @@ void WindowMenu::fill(QMenu& menu, DWORD style) {
     addCommand(menu, QStringLiteral("&Close"), SC_CLOSE);
 }
 
-void WindowMenu::fillTray(QMenu& menu, const std::vector<ViewedWindow>& controls) {
-    refresh();
+void WindowMenu::fillTray(QMenu& menu, DWORD style, const std::vector<ViewedWindow>& controls) {
     addCommand(menu, QStringLiteral("&Show"), SC_RESTORE);
     for (const ViewedWindow& control : controls) {
         if (isVisibleButton(control) && control.text.ends_with("...")) {
@@ -86,6 +89,11 @@ void WindowMenu::fillTray(QMenu& menu, const std::vector<ViewedWindow>& controls
     addOwnItems(menu);
     menu.addSeparator();
     addCommand(menu, QStringLiteral("&Close"), SC_CLOSE);
+    if ((style & WS_DISABLED) != 0) {  // A box of its own stands in front of the window.
+        for (QAction* action : menu.actions()) {
+            action->setEnabled(false);
+        }
+    }
 }
 
 }  // namespace juntora::screen

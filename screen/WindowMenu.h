@@ -1,7 +1,9 @@
 // What a window offers beside its controls: its own menu, and the same from the tray.
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include <QString>
@@ -21,13 +23,15 @@ public:
     WindowMenu(HWND window, DWORD owner);
 
     void refresh();
+    /// Calls `changed` whenever the items have been read and are others than before.
+    void setChanged(std::function<void()> changed) { m_changed = std::move(changed); }
 
     /// Fills a menu with what the window can do by itself: put away, the program's own items,
     /// close.
     void fill(QMenu& menu, DWORD style);
     /// The same for somebody who doesn't see the window: show, the buttons among `controls` whose
     /// text ends in an ellipsis (they open something), the program's own items, close.
-    void fillTray(QMenu& menu, const std::vector<ViewedWindow>& controls);
+    void fillTray(QMenu& menu, DWORD style, const std::vector<ViewedWindow>& controls);
 
 private:
     struct Item {
@@ -42,7 +46,9 @@ private:
     const HWND m_window;
     std::shared_ptr<Channel> m_channel;
     std::shared_ptr<void> m_alive;
+    std::string m_lines;  ///< The items as they were read.
     std::vector<Item> m_items;
+    std::function<void()> m_changed;
 };
 
 }  // namespace juntora::screen

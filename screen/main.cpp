@@ -27,13 +27,15 @@ int show() {
     QApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setDesktopFileName(QStringLiteral("juntora"));
     DesktopView view;
+    view.refresh();
+    const DesktopWatch watch([&] { view.refresh(); });
+    // Goes first at the end: who shows a window from then on starts another screen.
     const ScreenWindow window(view);
     if (!window.isOk()) {
         std::fputs("juntora-screen: the desktop has no room for another program's window.\n",
                    stderr);
         return 1;
     }
-    const DesktopWatch watch([&] { view.refresh(); });
     int lonelyLooks = 0;
     QTimer look;
     QObject::connect(&look, &QTimer::timeout, [&] {
@@ -46,18 +48,25 @@ int show() {
     return QApplication::exec();
 }
 
+/// One screen a desktop. One that is about to end is waited for; two programs may have started one
+/// each at the same instant.
+bool takeDesktop(DWORD milliseconds) {
+    HANDLE const mutex = CreateMutexA(false, ONE_SCREEN_MUTEX);
+    const DWORD result = mutex == nullptr ? WAIT_FAILED : WaitForSingleObject(mutex, milliseconds);
+    return result == WAIT_OBJECT_0 || result == WAIT_ABANDONED;
+}
+
 }  // namespace
 }  // namespace juntora::screen
 
 int main(int argc, char** argv) {
     using namespace juntora;
+    constexpr DWORD PATIENCE_MILLISECONDS = 5000;
     const bool isQuiet = argc > 1 && std::string_view(argv[1]) == "--quiet";
     if (!OpenDesktop()) {
         return 1;
     }
-    // Two programs may have started one each at the same instant.
-    if (CreateMutexA(true, screen::ONE_SCREEN_MUTEX) == nullptr ||
-        GetLastError() == ERROR_ALREADY_EXISTS) {
+    if (!screen::takeDesktop(isQuiet ? PATIENCE_MILLISECONDS : 0)) {
         if (!isQuiet) {
             std::fputs("juntora-screen: this desktop is being shown already.\n", stderr);
         }

@@ -185,8 +185,7 @@ struct Segment {
 
     /// Counts everything that may change what a viewer shows; it sleeps on this word.
     alignas(64) std::atomic<std::uint32_t> viewChanges;
-    std::atomic<std::uint32_t>
-        viewWaits;  ///< 1 where a viewer may sleep: the next change wakes it.
+    std::atomic<std::uint32_t> viewWaits;  ///< 1 while a viewer may sleep.
 
     alignas(64) std::atomic<std::int64_t> frontOrder;
     std::atomic<std::int64_t> backOrder;

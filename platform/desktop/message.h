@@ -24,11 +24,11 @@ UINT RegisterWindowMessageA(const char* name);
 /// while the message is with it (within 100 ms of the death, commonly at once), or when 32 sends
 /// of this thread are nested already.
 ///
-/// Texts travel with WM_SETTEXT, WM_GETTEXT, LB_ADDSTRING, LB_INSERTSTRING, LB_GETTEXT and
-/// LB_FINDSTRINGEXACT, up to MESSAGE_TEXT_BYTES each; the buffer of an LB_GETTEXT to another
-/// process must hold the line, as LB_GETTEXTLEN tells it (one of MESSAGE_TEXT_BYTES holds any). No
-/// other pointer is of use in another process. WM_CREATE, WM_INITDIALOG, WM_DESTROY and
-/// WM_NCDESTROY go to windows of the calling thread only.
+/// Texts travel with WM_SETTEXT, WM_GETTEXT, LB_ADDSTRING, LB_INSERTSTRING, LB_GETTEXT,
+/// LB_FINDSTRINGEXACT and the messages of view.h, up to MESSAGE_TEXT_BYTES each; the buffer of an
+/// LB_GETTEXT to another process must hold the line, as LB_GETTEXTLEN tells it (one of
+/// MESSAGE_TEXT_BYTES holds any). No other pointer is of use in another process. WM_CREATE,
+/// WM_INITDIALOG, WM_DESTROY and WM_NCDESTROY go to windows of the calling thread only.
 LRESULT SendMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
 /// As SendMessageA, but gives a thread up that is hung: one that is awake and has not looked at its

@@ -17,6 +17,10 @@ namespace {
 /// Windows are not nested deeper than this; a ring of parents in a damaged segment ends here.
 constexpr int DEEPEST = 16;
 
+/// What a viewer is asked to show, in pixels: no display is larger.
+constexpr LONG FURTHEST = 32'000;
+constexpr LONG LARGEST = 8192;
+
 bool isTopLevelShown(Segment& segment, std::uint32_t index) {
     const WindowSlot& slot = segment.windows[index];
     return slot.parent.load() == 0 && (slot.style.load() & (WS_VISIBLE | WS_CHILD)) == WS_VISIBLE &&
@@ -42,8 +46,13 @@ std::uint32_t topOf(const Segment& segment, std::uint32_t index) {
 ViewedWindow describe(const Segment& segment, std::uint32_t index, HWND window) {
     const WindowSlot& slot = segment.windows[index];
     const WindowDetails& details = segment.details[index];
-    const LONG left = details.x;
-    const LONG top = details.y;
+    // First: what changes behind it is shown the next time.
+    const DWORD changes = slot.changes;
+    // Any program can write any number.
+    const LONG left = std::clamp<LONG>(details.x, -FURTHEST, FURTHEST);
+    const LONG top = std::clamp<LONG>(details.y, -FURTHEST, FURTHEST);
+    const LONG width = std::clamp<LONG>(details.width, 0, LARGEST);
+    const LONG height = std::clamp<LONG>(details.height, 0, LARGEST);
     return {window,
             slot.parent,
             details.owner,
@@ -51,8 +60,8 @@ ViewedWindow describe(const Segment& segment, std::uint32_t index, HWND window) 
             slot.extendedStyle,
             details.id,
             details.icon,
-            {left, top, left + details.width, top + details.height},
-            slot.changes,
+            {left, top, left + width, top + height},
+            changes,
             slot.thread.load() % MAX_THREADS + 1,
             details.className,
             std::string(titleOf(segment, index))};

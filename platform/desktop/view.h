@@ -49,18 +49,19 @@ inline constexpr char SCREEN_WINDOW_CLASS[] = "JuntoraScreen";
 HWND FindScreen();
 
 /// Sees to it that the desktop is shown, where that can be: starts the program for it unless one
-/// runs, has just been started, is forbidden (JUNTORA_SCREEN=none), or has no display to show it
-/// on. Returns whether one runs or may come up. Does not wait.
+/// runs, has been started within the last ten seconds, is forbidden (JUNTORA_SCREEN=none), or has
+/// no display to show it on. Returns whether one runs or can be counted on to come up: not after
+/// one that was started in vain. Does not wait.
 bool EnsureScreen();
 
 // Messages of the layer's own, with a text each.
 
 /// To a window: its own menu (GetSystemMenu), an item a line: flags, command and text between tabs.
 /// `lParam` is a buffer of MESSAGE_TEXT_BYTES; the result is the length.
-inline constexpr UINT VIEW_GET_MENU = 0x03E0;
+inline constexpr UINT VIEW_GET_MENU = 0x02F0;
 /// To the screen: saves a picture of the window `wParam`, of the one in front for 0, as a PNG in
 /// the file that `lParam` names. Result: a PictureResult.
-inline constexpr UINT VIEW_SAVE_PICTURE = 0x03E1;
+inline constexpr UINT VIEW_SAVE_PICTURE = 0x02F1;
 
 enum PictureResult : LRESULT {
     PICTURE_NO_ANSWER,

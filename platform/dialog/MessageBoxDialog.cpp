@@ -80,6 +80,7 @@ constexpr int BUTTON_WIDTH = 50;
 constexpr int BUTTON_HEIGHT = 14;
 constexpr int BUTTON_GAP = 4;
 constexpr int WIDEST_TEXT = 260;
+constexpr std::size_t MOST_LINES = 40;  ///< The buttons are to stay on the display.
 
 int unitsAcross(int pixels) { return (4 * pixels + FONT_WIDTH - 1) / FONT_WIDTH; }
 
@@ -116,7 +117,11 @@ void addLines(BoxLayout& box, const std::vector<std::string>& lines, int left, i
 }
 
 void addText(BoxLayout& box, const char* text, int icon) {
-    const auto lines = BreakLines(text, WIDEST_TEXT * FONT_WIDTH / 4);
+    auto lines = BreakLines(text, WIDEST_TEXT * FONT_WIDTH / 4);
+    if (lines.size() > MOST_LINES) {
+        lines.resize(MOST_LINES);
+        lines.push_back("...");
+    }
     int widest = 0;
     for (const std::string& line : lines) {
         widest = std::max(widest, unitsAcross(TextWidth(line)));
@@ -170,9 +175,21 @@ void watchScreen(HWND dialog, RunningBox& box) {
     }
 }
 
+bool isButtonOf(const BoxKind& kind, int id) {
+    const auto buttons = buttonsOf(kind);
+    return std::ranges::find(buttons, id, &BoxButton::id) != buttons.end();
+}
+
+/// The loop may have been ended from outside, with a cancel that the box does not have.
+int resultOf(const BoxKind& kind, int ended) {
+    if (ended == NOT_SHOWN || isButtonOf(kind, ended)) {
+        return ended;
+    }
+    return ended == IDCANCEL && kind.escape != 0 ? kind.escape : NOT_SHOWN;
+}
+
 void answer(HWND dialog, const RunningBox& box, int id) {
-    const auto buttons = buttonsOf(box.kind);
-    const bool isButton = std::ranges::find(buttons, id, &BoxButton::id) != buttons.end();
+    const bool isButton = isButtonOf(box.kind, id);
     if (isButton || (id == IDCANCEL && box.kind.escape != 0)) {
         EndDialog(dialog, isButton ? id : box.kind.escape);
     }
@@ -221,8 +238,9 @@ int ShowMessageBox(HWND owner, const char* text, const char* caption, UINT flags
                                 8,
                                 layout.controls};
     RunningBox box{kindOf(flags)};
-    return std::max(RunModalDialog(source, owner, handleBox, reinterpret_cast<LPARAM>(&box)),
-                    NOT_SHOWN);
+
+    return resultOf(box.kind,
+                    RunModalDialog(source, owner, handleBox, reinterpret_cast<LPARAM>(&box)));
 }
 
 }  // namespace juntora::dialog

@@ -11,8 +11,8 @@ constexpr int USUAL = 6;
 constexpr int BROAD = 7;
 constexpr int WIDE = 9;
 
-/// Four widths of signs are enough to lay a box out: the error evens out over a line, and what is
-/// too long is broken by the screen.
+/// Four widths of signs are enough to lay a box out: the error evens out over a line, and a label
+/// takes the room that its text needs in the end.
 int widthOf(char c) {
     if (std::string_view("ijl.,:;'!|`").find(c) != std::string_view::npos) {
         return NARROW;
@@ -24,6 +24,24 @@ int widthOf(char c) {
         return WIDE;
     }
     return c >= 'A' && c <= 'Z' ? BROAD : USUAL;
+}
+
+/// Takes off the front of a word what fits into a line, at least one sign and no half of one.
+std::string_view takeFitting(std::string_view* word, int width) {
+    std::size_t end = 0;
+    for (int used = 0; end < word->size() && (end == 0 || used + widthOf((*word)[end]) <= width);
+         ++end) {
+        used += widthOf((*word)[end]);
+    }
+    constexpr unsigned char CONTINUES_MASK = 0xC0;
+    constexpr unsigned char CONTINUES = 0x80;
+    while (end < word->size() && end > 1 &&
+           (static_cast<unsigned char>((*word)[end]) & CONTINUES_MASK) == CONTINUES) {
+        --end;
+    }
+    const std::string_view taken = word->substr(0, end);
+    word->remove_prefix(end);
+    return taken;
 }
 
 void breakLine(std::string_view line, int width, std::vector<std::string>* lines) {
@@ -39,6 +57,11 @@ void breakLine(std::string_view line, int width, std::vector<std::string>* lines
             current += piece;
         }
         line.remove_prefix(end);
+        while (TextWidth(current) > width) {
+            std::string_view rest(current);
+            lines->emplace_back(takeFitting(&rest, width));
+            current = std::string(rest);
+        }
     }
     lines->push_back(std::move(current));
 }

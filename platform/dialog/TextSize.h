@@ -16,8 +16,8 @@ inline constexpr int FONT_HEIGHT = 13;
 /// The width of a line in pixels. An ampersand that marks a mnemonic counts as any other sign.
 int TextWidth(std::string_view line);
 
-/// The lines of a text, broken at blanks so that none is wider than `width` pixels unless it is one
-/// word. Line ends of the text stay ("\n", "\r\n").
+/// The lines of a text, broken at blanks, and inside of words that are longer than a line, so that
+/// none is wider than `width` pixels. Line ends of the text stay ("\n", "\r\n").
 std::vector<std::string> BreakLines(std::string_view text, int width);
 
 }  // namespace juntora::dialog

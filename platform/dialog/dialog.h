@@ -72,8 +72,10 @@ void SetDialogResult(HWND dialog, LRESULT result);
 BOOL IsDialogMessageA(HWND dialog, const MSG* message);
 
 /// Shows a box with the buttons of `flags` and waits for the answer in a message loop of its own;
-/// the button's id is the result. While no screen shows this desktop the text goes to standard
-/// error and the default button is the answer, at once.
+/// the button's id is the result. Where no screen shows this desktop, and none can be counted on to
+/// come (view.h: EnsureScreen), the text goes to standard error and the default button is the
+/// answer, at once; so it is for a box that nobody has seen for ten seconds, and for one inside of
+/// eight others. One that is ended with the program answers as its escape key does.
 int MessageBoxA(HWND owner, const char* text, const char* caption, UINT flags);
 
 /// The window's own menu, made at the first call from the standard commands: restore, move, size,

@@ -30,6 +30,24 @@ std::string indented(std::string_view text, std::string_view indent) {
     return result;
 }
 
+/// Counts the boxes of this thread that stand one inside the other: each loop serves what makes the
+/// next one, and all of them lie on one stack.
+class NestedBox {
+public:
+    NestedBox() { ++t_depth; }
+    ~NestedBox() { --t_depth; }
+    NestedBox(const NestedBox&) = delete;
+    NestedBox& operator=(const NestedBox&) = delete;
+
+    static bool isAllowed() { return t_depth <= MOST; }
+
+private:
+    static constexpr int MOST = 8;
+    static thread_local int t_depth;
+};
+
+thread_local int NestedBox::t_depth = 0;
+
 void printBox(const char* text, const char* caption, const char* answer) {
     try {
         const std::string block = "[" + PrintableText(caption ? caption : "Error") + "]\n" +
@@ -48,7 +66,8 @@ int MessageBoxA(HWND owner, const char* text, const char* caption, UINT flags) {
     const BoxButton& fallback = DefaultButton(flags);
     int answer = NOT_SHOWN;
     try {
-        if (EnsureScreen()) {
+        const NestedBox nested;
+        if (NestedBox::isAllowed() && EnsureScreen()) {
             answer = ShowMessageBox(owner, text ? text : "", caption ? caption : "Error", flags);
         }
     } catch (const std::bad_alloc&) {

@@ -56,7 +56,7 @@ void WriteToErrors(std::string_view text) {
     }
 }
 
-SilencedErrors::SilencedErrors() : m_errors(-1) {
+SilencedErrors::SilencedErrors() : m_errors(-1), m_largest(0) {
     const int nothing = open("/dev/null", O_WRONLY | O_CLOEXEC);
     if (nothing >= 0) {
         m_errors = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 0);
@@ -65,6 +65,7 @@ SilencedErrors::SilencedErrors() : m_errors(-1) {
     }
     rlimit image{};
     if (getrlimit(RLIMIT_CORE, &image) == 0) {
+        m_largest = image.rlim_cur;
         image.rlim_cur = 0;
         setrlimit(RLIMIT_CORE, &image);
     }
@@ -77,7 +78,7 @@ SilencedErrors::~SilencedErrors() {
     }
     rlimit image{};
     if (getrlimit(RLIMIT_CORE, &image) == 0) {
-        image.rlim_cur = image.rlim_max;
+        image.rlim_cur = m_largest;
         setrlimit(RLIMIT_CORE, &image);
     }
 }

@@ -20,7 +20,8 @@ public:
     SilencedErrors& operator=(const SilencedErrors&) = delete;
 
 private:
-    int m_errors;  ///< Where they went before; -1 if they still do.
+    int m_errors;                  ///< Where they went before; -1 if they still do.
+    unsigned long long m_largest;  ///< Image that the process would have left, in bytes.
 };
 
 }  // namespace juntora::kernel

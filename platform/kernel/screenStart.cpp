@@ -13,8 +13,9 @@ namespace {
 
 constexpr char SCREEN_PROGRAM[] = "juntora-screen --quiet";
 
-/// A start that fails is not tried again at each window that is shown.
-constexpr std::int64_t RETRY_MILLISECONDS = 5000;
+/// A start that has brought nothing is not tried again at each window that is shown.
+constexpr std::int64_t RETRY_MILLISECONDS = 10'000;
+constexpr std::int64_t NEVER = -RETRY_MILLISECONDS;
 
 bool isSet(const char* name) {
     const char* value = std::getenv(name);
@@ -26,29 +27,37 @@ bool isForbidden() {
     return value != nullptr && std::string_view(value) == "none";
 }
 
-/// Whether this process may try now, and so will not for a while.
-bool takeTurn() {
-    static std::atomic<std::int64_t> next{0};
-    const std::int64_t now = desktop::nowMilliseconds();
-    std::int64_t due = next.load();
-    return due <= now && next.compare_exchange_strong(due, now + RETRY_MILLISECONDS);
+bool start() {
+    PROCESS_INFORMATION process{};
+    const bool isStarted = CreateProcessA(SCREEN_PROGRAM, nullptr, nullptr, &process) != 0;
+    CloseHandle(process.hProcess);
+    return isStarted;
 }
 
 }  // namespace
 
 bool EnsureScreen() {
+    static std::atomic<std::int64_t> lastStart{NEVER};
+    static std::atomic<bool> isUnseen{false};  // One was started, and none has been seen since.
+    static std::atomic<bool> mayCome{false};
     if (FindScreen() != 0) {
+        isUnseen = false;
         return true;
     }
     if (isForbidden() || (!isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY"))) {
         return false;
     }
-    static std::atomic<bool> mayCome{false};
-    if (takeTurn()) {
-        PROCESS_INFORMATION process{};
-        mayCome = CreateProcessA(SCREEN_PROGRAM, nullptr, nullptr, &process) != 0;
-        CloseHandle(process.hProcess);
+    const std::int64_t now = desktop::nowMilliseconds();
+    std::int64_t last = lastStart.load();
+    if (now - last < RETRY_MILLISECONDS) {
+        return mayCome;
     }
+    if (!lastStart.compare_exchange_strong(last, now)) {
+        return true;  // Another thread is at it.
+    }
+    // The last one never came: this one may, but nobody is told to count on it.
+    const bool wasInVain = isUnseen.exchange(true);
+    mayCome = start() && !wasInVain;
     return mayCome;
 }
 

@@ -43,8 +43,8 @@ protected:
     /// Whether a picture of the window can be had, from whatever screen is or comes up.
     bool hasPicture(const std::string& title) {
         const std::string file = sandbox().runtimeFolder() + "/picture.png";
-        ChildProcess tool("juntoractl", {"screenshot", file, "--window", title},
-                          {m_display.environment()});
+        ChildProcess tool("juntoractl", {"screenshot", "picture.png", "--window", title},
+                          {m_display.environment(), sandbox().runtimeFolder()});
         std::string start(4, ' ');
         const bool isDone = tool.wait() == 0;
         std::ifstream(file, std::ios::binary).read(start.data(), 4);

@@ -1,10 +1,10 @@
 // screenshot: a picture of a window, as the screen shows it.
+#include <filesystem>
 #include <string>
 
 #include "common/CaseBlind.h"
 #include "platform/desktop/message.h"
 #include "platform/desktop/view.h"
-#include "platform/files/paths.h"
 #include "tools/juntoractl/CommandLine.h"
 #include "tools/juntoractl/ExitCode.h"
 #include "tools/juntoractl/Output.h"
@@ -38,15 +38,6 @@ HWND visibleWindow(const std::string& title) {
     return 0;
 }
 
-/// The screen has a current directory of its own.
-std::string absolute(const std::string& file) {
-    char folder[4096];
-    if (file.starts_with('/') || CurrentDirectory(folder, sizeof folder) == nullptr) {
-        return file;
-    }
-    return std::string(folder) + "\\" + file;
-}
-
 std::string complaintAbout(LRESULT result, const Options& options) {
     switch (result) {
         case PICTURE_NO_WINDOW:
@@ -69,11 +60,12 @@ int run(const Options& options) {
         return EXIT_CODE_REFUSED;
     }
     const HWND window = options.title.empty() ? 0 : visibleWindow(options.title);
-    const LRESULT result =
-        window == 0 && !options.title.empty()
-            ? LRESULT{PICTURE_NO_WINDOW}
-            : SendMessageA(screen, VIEW_SAVE_PICTURE, window,
-                           reinterpret_cast<LPARAM>(absolute(options.file).c_str()));
+    // The screen has a current directory of its own.
+    const std::string file = std::filesystem::absolute(options.file).string();
+    const LRESULT result = window == 0 && !options.title.empty()
+                               ? LRESULT{PICTURE_NO_WINDOW}
+                               : SendMessageA(screen, VIEW_SAVE_PICTURE, window,
+                                              reinterpret_cast<LPARAM>(file.c_str()));
     if (result == PICTURE_SAVED) {
         return EXIT_CODE_DONE;
     }
