@@ -25,7 +25,7 @@ std::string managerSettings(const std::string& folder) {
     if (const auto at = text.find(animated); at != std::string::npos) {
         text.replace(at, animated.size(), "<animateIconify>no<");
     }
-    const std::string file = folder + "/openbox.xml";
+    std::string file = folder + "/openbox.xml";
     std::ofstream(file) << text;
     return file;
 }
