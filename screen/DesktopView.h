@@ -4,8 +4,6 @@
 #include <map>
 #include <memory>
 
-#include <QObject>
-
 #include "screen/TopWindow.h"
 
 namespace juntora::screen {
