@@ -8,7 +8,6 @@
 #include <unistd.h>
 
 #include <array>
-#include <fstream>
 #include <stdexcept>
 
 #include <systemd/sd-bus.h>
@@ -88,36 +87,6 @@ sd_bus* connectDirect(int descriptor, bool isServer) {
     }
 }
 
-pid_t startDaemon(const std::string& folder, std::string* address) {
-    const std::string configuration = folder + "/bus.conf";
-    std::ofstream(configuration)
-        << "<busconfig><type>session</type><listen>unix:path=" << folder
-        << "/bus</listen><policy context=\"default\"><allow send_destination=\"*\"/>"
-           "<allow eavesdrop=\"false\"/><allow own=\"*\"/></policy></busconfig>";
-    int ready[2];
-    if (pipe(ready) != 0) {
-        throw std::runtime_error("no pipe");
-    }
-    const pid_t daemon = fork();
-    if (daemon == 0) {
-        prctl(PR_SET_PDEATHSIG, SIGKILL);
-        dup2(ready[1], 3);
-        execlp("dbus-daemon", "dbus-daemon", ("--config-file=" + configuration).c_str(), "--nofork",
-               "--print-address=3", static_cast<char*>(nullptr));
-        _exit(127);
-    }
-    close(ready[1]);
-    char text[512];
-    const ssize_t count = read(ready[0], text, sizeof text);
-    close(ready[0]);
-    if (count <= 0) {
-        throw std::runtime_error("dbus-daemon does not start (script/bootstrap bench installs it)");
-    }
-    address->assign(text, static_cast<std::size_t>(count));
-    address->erase(address->find_last_not_of('\n') + 1);
-    return daemon;
-}
-
 std::uint32_t received(sd_bus* bus, const char* destination) {
     sd_bus_message* reply = nullptr;
     std::uint32_t count = 0;
@@ -132,9 +101,11 @@ std::uint32_t received(sd_bus* bus, const char* destination) {
 
 }  // namespace
 
-Bus::Bus(const std::string& folder) {
-    std::string address;
-    m_daemon = startDaemon(folder, &address);
+Bus::Bus(const std::string& folder) : m_daemon(folder) {
+    const std::string& address = m_daemon.address();
+    if (address.empty()) {
+        throw std::runtime_error("dbus-daemon does not start (script/bootstrap bench installs it)");
+    }
     int pair[2];
     int ready[2];
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, pair) != 0 || pipe(ready) != 0) {
@@ -159,10 +130,8 @@ Bus::Bus(const std::string& folder) {
 Bus::~Bus() {
     sd_bus_close_unref(m_bus);
     sd_bus_close_unref(m_direct);
-    for (const pid_t process : {m_service, m_daemon}) {
-        kill(process, SIGKILL);
-        waitpid(process, nullptr, 0);
-    }
+    kill(m_service, SIGKILL);
+    waitpid(m_service, nullptr, 0);
 }
 
 void Bus::call() {

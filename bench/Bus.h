@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string>
 
+#include "tests/support/BusDaemon.h"
+
 struct sd_bus;
 
 namespace juntora::bench {
@@ -26,7 +28,7 @@ public:
     void oneWay(int count, bool direct);
 
 private:
-    pid_t m_daemon = -1;
+    test::BusDaemon m_daemon;
     pid_t m_service = -1;
     sd_bus* m_bus = nullptr;
     sd_bus* m_direct = nullptr;

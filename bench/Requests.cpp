@@ -7,6 +7,7 @@
 #include <string>
 
 #include "bench/Statistics.h"
+#include "bench/Tool.h"
 #include "ipc/ipc.h"
 
 extern char** environ;
@@ -14,27 +15,16 @@ extern char** environ;
 namespace juntora::bench {
 namespace {
 
-constexpr int WRITE = 2;
 constexpr char PROGRAM[] = "/bin/true";
 
-std::string fileNumber(int number) { return "/boards/part " + std::to_string(number) + ".opj"; }
-
-void open(int number) {
-    int isFree = 0;
-    if (ipcFileOpen(fileNumber(number).c_str(), WRITE, &isFree, nullptr) != 0) {
-        throw std::runtime_error("a file that nobody holds was refused");
-    }
-}
-
 /// One file after another is opened and closed while `held` others are held.
-double openAndClose(int held) {
+double openAndClose(const Files& files, int held) {
     Samples samples;
     for (int i = 0; i < 2000; ++i) {
         const int number = held + i * 7919 % 100'000;
-        const std::string file = fileNumber(number);
         const auto start = Clock::now();
-        open(number);
-        ipcFileClose(file.c_str(), WRITE);
+        files.open(number);
+        files.close(number);
         samples.add(microsecondsSince(start));
     }
     return samples.median();
@@ -45,12 +35,10 @@ double openAndClose(int held) {
 void benchFiles() {
     std::printf("A file opened and closed through the hub (median)\n");
     double first = 0;
-    int held = 0;
+    Files files("/boards");
     for (const int count : {10, 100, 1000, 10'000}) {
-        while (held < count) {
-            open(held++);
-        }
-        const double median = openAndClose(held);
+        files.grow(count);
+        const double median = openAndClose(files, count);
         printRow((std::to_string(count) + " files held").c_str(), median, "us");
         if (count == 10) {
             first = median;
@@ -58,9 +46,7 @@ void benchFiles() {
             printRatio("10,000 files held to 10", median / first, 1.5, true);
         }
     }
-    while (held > 0) {
-        ipcFileClose(fileNumber(--held).c_str(), WRITE);
-    }
+    files.clear();
 }
 
 void benchLaunch() {

@@ -15,6 +15,7 @@ namespace {
 constexpr char TOOL_CLASS[] = "BenchTool";
 constexpr char PLANCHET_MUTEX[] = "TarvexVoltaraPlanchetFindWnd16.6.0";
 constexpr UINT COUNT_REQUEST = WM_APP;
+constexpr int WRITE = 2;
 
 ipc* g_link = nullptr;
 int g_received = 0;
@@ -111,6 +112,31 @@ void Rows::clear() {
     }
     m_windows.clear();
     ipcSelfId = self;
+}
+
+std::string Files::path(int number) const {
+    return m_folder + "/part " + std::to_string(number) + ".opj";
+}
+
+void Files::open(int number) const {
+    int isFree = 0;
+    if (ipcFileOpen(path(number).c_str(), WRITE, &isFree, nullptr) != 0) {
+        throw std::runtime_error("a file that nobody holds was refused");
+    }
+}
+
+void Files::close(int number) const { ipcFileClose(path(number).c_str(), WRITE); }
+
+void Files::grow(int count) {
+    while (m_held < count) {
+        open(m_held++);
+    }
+}
+
+void Files::clear() {
+    while (m_held > 0) {
+        close(--m_held);
+    }
 }
 
 }  // namespace juntora::bench

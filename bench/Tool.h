@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "ipc/ipc.h"
@@ -62,6 +63,25 @@ public:
 
 private:
     std::vector<HWND> m_windows;
+};
+
+/// Files of a folder that this process's link holds for writing; they need not exist.
+class Files {
+public:
+    explicit Files(std::string folder) : m_folder(std::move(folder)) {}
+
+    std::string path(int number) const;
+    /// Throws where the hub refuses. The file need not be among those that grow() opens.
+    void open(int number) const;
+    void close(int number) const;
+
+    /// Makes it `count` files, numbered from 0.
+    void grow(int count);
+    void clear();
+
+private:
+    const std::string m_folder;
+    int m_held = 0;
 };
 
 }  // namespace juntora::bench

@@ -18,6 +18,7 @@
 #include "bench/Library.h"
 #include "bench/PingPong.h"
 #include "bench/Requests.h"
+#include "bench/Screen.h"
 #include "bench/Statistics.h"
 #include "bench/Tool.h"
 #include "platform/desktop/message.h"
@@ -311,8 +312,8 @@ int runStart() {
 
 /// What can be measured alone, by the names on the command line.
 using Sections = std::set<std::string>;
-const Sections ALL_SECTIONS{"start",     "library", "round-trips", "records", "sign-on",
-                            "footprint", "rows",    "files",       "launch"};
+const Sections ALL_SECTIONS{"start", "library", "round-trips", "records", "sign-on", "footprint",
+                            "rows",  "files",   "launch",      "screen"};
 
 int run(const Sections& wanted) {
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
@@ -340,6 +341,7 @@ int run(const Sections& wanted) {
     section("rows", benchTableSizes);
     section("files", benchFiles);
     section("launch", benchLaunch);
+    section("screen", [&] { benchScreen(hub.pid(), sandbox.runtimeFolder()); });
     return 0;
 }
 

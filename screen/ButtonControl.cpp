@@ -11,51 +11,59 @@ namespace {
 
 constexpr DWORD KIND = 0xF;
 
-class PushButton : public Control {
+/// What is pressed here is a click there.
+void tellClicks(const QAbstractButton& button, HWND window) {
+    QObject::connect(&button, &QAbstractButton::clicked,
+                     [window] { tell(window, BM_CLICK, 0, 0); });
+}
+
+class PushButton : public ControlOf<QPushButton> {
 public:
-    PushButton(const ViewedWindow& viewed, QWidget* parent)
-        : Control(viewed.window), m_button(std::make_unique<QPushButton>(parent)) {
-        QObject::connect(m_button.get(), &QPushButton::clicked,
-                         [window = window()] { tell(window, BM_CLICK, 0, 0); });
+    PushButton(const ViewedWindow& viewed, QWidget* parent) : ControlOf(viewed.window, parent) {
+        tellClicks(widget(), window());
     }
-    QWidget& widget() override { return *m_button; }
 
 protected:
     void show(const ViewedWindow& viewed, const Units&) override {
-        m_button->setText(textOf(viewed.text));
-        m_button->setDefault((viewed.style & KIND) == BS_DEFPUSHBUTTON);
+        widget().setText(textOf(viewed.text));
+        widget().setDefault(isDefaultButton(viewed));
     }
-
-private:
-    std::unique_ptr<QPushButton> m_button;
 };
 
 /// Whether it is checked is its owner's to say: a click is told, and the answer shown.
-class CheckBox : public Control {
+class CheckBox : public ControlOf<QCheckBox> {
 public:
     CheckBox(const ViewedWindow& viewed, QWidget* parent)
-        : Control(viewed.window),
-          m_box(std::make_unique<QCheckBox>(parent)),
+        : ControlOf(viewed.window, parent),
           m_channel(Channel::to(viewed.thread)),
           m_alive(std::make_shared<int>()) {
-        QObject::connect(m_box.get(), &QCheckBox::clicked,
-                         [window = window()] { tell(window, BM_CLICK, 0, 0); });
+        tellClicks(widget(), window());
+        // The widget has changed itself, and an owner that refuses the click tells of no change.
+        QObject::connect(&widget(), &QCheckBox::clicked, [this] { read(); });
     }
-    QWidget& widget() override { return *m_box; }
+    bool isReading() const override { return m_questions > 0; }
 
 protected:
     void show(const ViewedWindow& viewed, const Units&) override {
-        m_box->setText(textOf(viewed.text));
-        m_channel->ask(m_alive, [this, window = window()]() -> std::function<void()> {
-            const bool isChecked = SendMessageA(window, BM_GETCHECK, 0, 0) == 1;
-            return [this, isChecked] { m_box->setChecked(isChecked); };
-        });
+        widget().setText(textOf(viewed.text));
+        read();
     }
 
 private:
-    std::unique_ptr<QCheckBox> m_box;
+    void read() {
+        ++m_questions;
+        m_channel->ask(m_alive, [this, window = window()]() -> std::function<void()> {
+            const bool isChecked = SendMessageA(window, BM_GETCHECK, 0, 0) == 1;
+            return [this, isChecked] {
+                --m_questions;
+                widget().setChecked(isChecked);
+            };
+        });
+    }
+
     std::shared_ptr<Channel> m_channel;
     std::shared_ptr<void> m_alive;
+    int m_questions = 0;
 };
 
 }  // namespace

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <condition_variable>
 #include <deque>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <QCoreApplication>
@@ -14,6 +16,21 @@
 #include "platform/desktop/message.h"
 
 namespace juntora::screen {
+namespace {
+
+std::mutex g_answersMutex;
+bool g_areAnswersWanted = true;
+
+/// Runs `answer` on the toolkit's thread.
+void deliver(std::function<void()> answer) {
+    const std::lock_guard guard(g_answersMutex);
+    if (g_areAnswersWanted) {
+        QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(answer),
+                                  Qt::QueuedConnection);
+    }
+}
+
+}  // namespace
 
 /// Shared with the thread, which outlives the channel if it is stuck in a question.
 struct Channel::Work {
@@ -37,14 +54,11 @@ struct Channel::Work {
             const Question question = std::move(questions.front());
             questions.pop_front();
             guard.unlock();
-            QMetaObject::invokeMethod(
-                QCoreApplication::instance(),
-                [asker = question.asker, tellAnswer = question.ask()] {
-                    if (const auto alive = asker.lock()) {
-                        tellAnswer();
-                    }
-                },
-                Qt::QueuedConnection);
+            deliver([asker = question.asker, tellAnswer = question.ask()] {
+                if (const auto alive = asker.lock()) {
+                    tellAnswer();
+                }
+            });
             guard.lock();
         }
     }
@@ -60,6 +74,11 @@ std::shared_ptr<Channel> Channel::to(DWORD owner) {
         known = channel;
     }
     return channel;
+}
+
+void Channel::endAnswers() {
+    const std::lock_guard guard(g_answersMutex);
+    g_areAnswersWanted = false;
 }
 
 Channel::Channel() : m_work(std::make_shared<Work>()) {

@@ -16,6 +16,10 @@ public:
     /// The channel to the owner of a window, as GetWindowThreadProcessId numbers it.
     static std::shared_ptr<Channel> to(DWORD owner);
 
+    /// No answer comes any more, from whatever channel: the toolkit is about to go, and a program
+    /// that was stopped may answer at any time.
+    static void endAnswers();
+
     Channel();
     ~Channel();
     Channel(const Channel&) = delete;

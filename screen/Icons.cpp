@@ -1,6 +1,8 @@
 #include "screen/Icons.h"
 
+#include <algorithm>
 #include <charconv>
+#include <iterator>
 
 #include <QApplication>
 #include <QStyle>
@@ -12,27 +14,42 @@ namespace {
 
 constexpr int IDI_SUITE = 128;
 
-QIcon standardIcon(QStyle::StandardPixmap picture) {
-    return QApplication::style()->standardIcon(picture);
+/// The platform's own pictures, as the desktop in use draws them, and what they say.
+struct StandardPicture {
+    int resource;
+    QStyle::StandardPixmap picture;
+    const char* name;
+};
+
+constexpr StandardPicture STANDARD_PICTURES[] = {
+    {IDI_STOP, QStyle::SP_MessageBoxCritical, "Error"},
+    {IDI_QUESTION, QStyle::SP_MessageBoxQuestion, "Question"},
+    {IDI_WARNING, QStyle::SP_MessageBoxWarning, "Warning"},
+    {IDI_INFORMATION, QStyle::SP_MessageBoxInformation, "Information"},
+};
+
+const StandardPicture* standardPicture(int resource) {
+    const auto* const found =
+        std::ranges::find(STANDARD_PICTURES, resource, &StandardPicture::resource);
+    return found == std::end(STANDARD_PICTURES) ? nullptr : found;
 }
 
 }  // namespace
 
 QIcon iconOf(int resource) {
-    switch (resource) {
-        case IDI_SUITE:
-            return QIcon(QStringLiteral(":/juntora.svg"));
-        case IDI_STOP:
-            return standardIcon(QStyle::SP_MessageBoxCritical);
-        case IDI_QUESTION:
-            return standardIcon(QStyle::SP_MessageBoxQuestion);
-        case IDI_WARNING:
-            return standardIcon(QStyle::SP_MessageBoxWarning);
-        case IDI_INFORMATION:
-            return standardIcon(QStyle::SP_MessageBoxInformation);
-        default:
-            return {};
+    if (resource == IDI_SUITE) {
+        return QIcon(QStringLiteral(":/juntora.svg"));
     }
+    const StandardPicture* const standard = standardPicture(resource);
+    return standard == nullptr ? QIcon() : QApplication::style()->standardIcon(standard->picture);
+}
+
+QString nameOfIcon(int resource) {
+    if (resource == IDI_SUITE) {
+        return QStringLiteral("Voltara Juntora");
+    }
+    const StandardPicture* const standard = standardPicture(resource);
+    return standard == nullptr ? QString() : QLatin1String(standard->name);
 }
 
 std::optional<int> iconNumberOf(const std::string& text) {

@@ -21,56 +21,60 @@ QFont fontOfLines(const QFont& usual) {
     return font;
 }
 
-class List : public Control {
+class List : public ControlOf<QListView> {
 public:
     List(const ViewedWindow& viewed, QWidget* parent)
-        : Control(viewed.window),
-          m_lines(viewed.window, viewed.thread),
-          m_view(std::make_unique<QListView>(parent)),
-          m_id(viewed.id) {
-        m_view->setModel(&m_lines);
-        m_view->setUniformItemSizes(true);
-        m_view->setEditTriggers(QAbstractItemView::NoEditTriggers);
-        m_view->setFont(fontOfLines(m_view->font()));
-        m_view->setTextElideMode(Qt::ElideMiddle);
-        m_view->setVerticalScrollBarPolicy(
+        : ControlOf(viewed.window, parent), m_lines(viewed.window, viewed.thread), m_id(viewed.id) {
+        widget().setModel(&m_lines);
+        widget().setUniformItemSizes(true);
+        widget().setEditTriggers(QAbstractItemView::NoEditTriggers);
+        widget().setTextElideMode(Qt::ElideMiddle);
+        widget().setVerticalScrollBarPolicy(
             (viewed.style & WS_VSCROLL) != 0 ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
-        m_view->setAccessibleName(parent->windowTitle());
-        QObject::connect(m_view->verticalScrollBar(), &QScrollBar::valueChanged,
+        QObject::connect(widget().verticalScrollBar(), &QScrollBar::valueChanged,
                          [this] { m_lines.look(); });
-        QObject::connect(m_view.get(), &QListView::doubleClicked,
+        QObject::connect(&widget(), &QListView::doubleClicked,
                          [this](const QModelIndex&) { notify(LBN_DBLCLK); });
-        QObject::connect(m_view->selectionModel(), &QItemSelectionModel::currentChanged,
-                         [this](const QModelIndex& now) {
-                             if (!m_lines.isTaking() && now.isValid()) {
-                                 tellSelected(now.row());
+        QObject::connect(widget().selectionModel(), &QItemSelectionModel::selectionChanged,
+                         [this](const QItemSelection& now) {
+                             if (!m_lines.isTaking() && !now.isEmpty()) {
+                                 tellSelected(now.indexes().front().row());
                              }
                          });
     }
-    ~List() override { m_view->setModel(nullptr); }
-    QWidget& widget() override { return *m_view; }
+    ~List() override { widget().setModel(nullptr); }
+
+    bool isReading() const override { return m_lines.isReading(); }
 
 protected:
     void show(const ViewedWindow&, const Units&) override {
+        widget().setFont(fontOfLines(widget().parentWidget()->font()));
+        widget().setAccessibleName(widget().window()->windowTitle());
         m_lines.refresh([this] { return visible(); }, [this](int row) { takeSelected(row); });
     }
 
 private:
-    ListLines::Range visible() const {
-        const int height = qMax(1, m_view->sizeHintForRow(0));
-        const int first = m_view->verticalScrollBar()->value() /
-                          (m_view->verticalScrollMode() == QListView::ScrollPerPixel ? height : 1);
-        return {first, first + m_view->viewport()->height() / height + 1};
+    ListLines::Range visible() {
+        const int height = qMax(1, widget().sizeHintForRow(0));
+        const int first = widget().verticalScrollBar()->value() /
+                          (widget().verticalScrollMode() == QListView::ScrollPerPixel ? height : 1);
+        return {first, first + widget().viewport()->height() / height + 1};
     }
 
     void takeSelected(int row) {
         const QModelIndex now = row >= 0 ? m_lines.index(row) : QModelIndex();
-        if (m_view->currentIndex() != now) {
-            m_view->selectionModel()->setCurrentIndex(now, QItemSelectionModel::ClearAndSelect);
+        QItemSelectionModel& selection = *widget().selectionModel();
+        if (selection.hasSelection() != now.isValid() ||
+            (now.isValid() && !selection.isSelected(now))) {
+            // A line that comes or goes is no reason to leave the place that is being looked at.
+            widget().setAutoScroll(false);
+            selection.setCurrentIndex(now, QItemSelectionModel::ClearAndSelect);
+            widget().setAutoScroll(true);
         }
     }
 
     void tellSelected(int row) {
+        m_lines.forgetSelection();
         tell(window(), LB_SETCURSEL, static_cast<WPARAM>(row), 0);
         notify(LBN_SELCHANGE);
     }
@@ -81,7 +85,6 @@ private:
     }
 
     ListLines m_lines;
-    std::unique_ptr<QListView> m_view;
     const int m_id;
 };
 

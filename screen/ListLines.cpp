@@ -64,7 +64,8 @@ QVariant ListLines::data(const QModelIndex& index, int role) const {
         case Qt::AccessibleTextRole:
             return line->second;
         case Qt::ToolTipRole:  // A plain text, whatever it looks like.
-            return line->second.toHtmlEscaped();
+            return QStringLiteral("<qt style='white-space:pre'>%1</qt>")
+                .arg(line->second.toHtmlEscaped());
         default:
             return {};
     }
@@ -73,6 +74,7 @@ QVariant ListLines::data(const QModelIndex& index, int role) const {
 void ListLines::ask(Range range) {
     m_isAsking = true;
     m_mustAskAgain = false;
+    m_isSelectionOld = false;
     range.first = qMax(0, range.first - MARGIN_LINES);
     range.last += MARGIN_LINES;
     m_channel->ask(m_alive, [this, list = m_list, range]() -> std::function<void()> {
@@ -100,7 +102,9 @@ void ListLines::take(const Reading& reading) {
     if (m_count > 0) {
         Q_EMIT dataChanged(index(0), index(m_count - 1), {Qt::DisplayRole});
     }
-    m_selected(reading.selected);
+    if (!m_isSelectionOld) {
+        m_selected(reading.selected);
+    }
     m_isTaking = false;
     if (m_mustAskAgain) {
         ask(m_visible());

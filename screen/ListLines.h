@@ -32,6 +32,10 @@ public:
     /// Reads what has come into view and is not known yet.
     void look();
 
+    /// What is being read of the selection is from before the person's last choice.
+    void forgetSelection() { m_isSelectionOld = true; }
+    bool isReading() const { return m_isAsking; }
+
     /// Whether what the view does now comes from the list, and not from a person.
     bool isTaking() const { return m_isTaking; }
 
@@ -54,6 +58,7 @@ private:
     bool m_isAsking = false;
     bool m_mustAskAgain = false;
     bool m_isTaking = false;
+    bool m_isSelectionOld = false;
 };
 
 }  // namespace juntora::screen

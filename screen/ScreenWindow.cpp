@@ -17,6 +17,9 @@ LRESULT handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
                    ? PICTURE_NO_ANSWER
                    : g_view->savePicture(static_cast<HWND>(wParam), file);
     }
+    if (message == VIEW_IS_COMPLETE) {
+        return g_view == nullptr || g_view->isComplete(static_cast<HWND>(wParam)) ? 1 : 0;
+    }
     // Nobody closes the screen from outside: the desktop would stand there unseen.
     return message == WM_CLOSE ? 0 : DefWindowProcA(window, message, wParam, lParam);
 }

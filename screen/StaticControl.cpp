@@ -2,6 +2,7 @@
 #include <QFrame>
 #include <QLabel>
 
+#include "platform/dialog/TextSize.h"
 #include "platform/messages.h"
 #include "screen/Control.h"
 #include "screen/Icons.h"
@@ -11,13 +12,11 @@ namespace {
 
 constexpr DWORD KIND = 0x1F;
 
-class Label : public Control {
+class Label : public ControlOf<QLabel> {
 public:
-    Label(const ViewedWindow& viewed, QWidget* parent)
-        : Control(viewed.window), m_label(std::make_unique<QLabel>(parent)) {
-        m_label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    Label(const ViewedWindow& viewed, QWidget* parent) : ControlOf(viewed.window, parent) {
+        widget().setAlignment(Qt::AlignLeft | Qt::AlignTop);
     }
-    QWidget& widget() override { return *m_label; }
 
 protected:
     void show(const ViewedWindow& viewed, const Units& units) override {
@@ -26,10 +25,18 @@ protected:
         if (icon) {
             showIcon(*icon, units.size(viewed.place));
         } else {
-            m_label->setTextFormat(Qt::PlainText);
-            m_label->setText(plainText(viewed));
-            // Another font's letters: a line that would be cut takes what room it needs.
-            m_label->resize(m_label->size().expandedTo(m_label->sizeHint()));
+            widget().setTextFormat(Qt::PlainText);
+            const QString text = plainText(viewed);
+            // Where there is room for several lines, a text that is not broken yet is.
+            const bool isForLines =
+                viewed.place.bottom - viewed.place.top >= 2 * dialog::FONT_HEIGHT;
+            widget().setWordWrap(isForLines && !text.contains(QLatin1Char('\n')));
+            widget().setText(text);
+            // Another font's letters: what would be cut takes the room that it needs.
+            const int width = widget().width();
+            widget().resize(widget().wordWrap() ? QSize(width, qMax(widget().height(),
+                                                                    widget().heightForWidth(width)))
+                                                : widget().size().expandedTo(widget().sizeHint()));
         }
     }
 
@@ -37,8 +44,8 @@ private:
     void showIcon(int number, QSize size) {
         constexpr int LARGEST = 256;
         const int side = qMin(LARGEST, qMin(size.width(), size.height()));
-        m_label->setPixmap(iconOf(number).pixmap(QSize(side, side), m_label->devicePixelRatioF()));
-        m_label->setAccessibleName(QStringLiteral("Icon"));
+        widget().setPixmap(iconOf(number).pixmap(QSize(side, side), widget().devicePixelRatioF()));
+        widget().setAccessibleName(nameOfIcon(number));
     }
 
     /// A label shows no mnemonic of its own here: its text is only looked at.
@@ -51,23 +58,17 @@ private:
         }
         return text;
     }
-
-    std::unique_ptr<QLabel> m_label;
 };
 
-class Rule : public Control {
+class Rule : public ControlOf<QFrame> {
 public:
-    Rule(const ViewedWindow& viewed, QWidget* parent)
-        : Control(viewed.window), m_frame(std::make_unique<QFrame>(parent)) {
-        m_frame->setFrameStyle(QFrame::HLine | QFrame::Sunken);
+    Rule(const ViewedWindow& viewed, QWidget* parent) : ControlOf(viewed.window, parent) {
+        widget().setFrameStyle(QFrame::HLine | QFrame::Sunken);
+        widget().setAccessibleName(QStringLiteral("Separator"));
     }
-    QWidget& widget() override { return *m_frame; }
 
 protected:
     void show(const ViewedWindow&, const Units&) override {}
-
-private:
-    std::unique_ptr<QFrame> m_frame;
 };
 
 }  // namespace

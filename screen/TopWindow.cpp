@@ -1,25 +1,17 @@
 #include "screen/TopWindow.h"
 
+#include <algorithm>
 #include <set>
 
-#include <QCloseEvent>
-#include <QContextMenuEvent>
-#include <QKeyEvent>
-#include <QMenu>
+#include <QLabel>
 #include <QScreen>
 #include <QWindow>
 
-#include "platform/desktop/message.h"
-#include "platform/desktop/window.h"
-#include "screen/Channel.h"
+#include "platform/messages.h"
 #include "screen/Icons.h"
 
 namespace juntora::screen {
 namespace {
-
-// Keys as the platform numbers them.
-constexpr WPARAM KEY_RETURN = 13;
-constexpr WPARAM KEY_ESCAPE = 27;
 
 /// How long a window manager may take to do what it was asked to. Until then its word of a state
 /// may be about an earlier one.
@@ -29,7 +21,10 @@ constexpr int SETTLING_MILLISECONDS = 400;
 constexpr int GAP = 8;
 
 Qt::WindowFlags flagsOf(const ViewedWindow& viewed) {
-    Qt::WindowFlags flags = Qt::CustomizeWindowHint | Qt::WindowTitleHint;
+    Qt::WindowFlags flags = Qt::CustomizeWindowHint;
+    // What is no popup always has a caption.
+    const bool isBare = (viewed.style & WS_POPUP) != 0 && (viewed.style & WS_CAPTION) != WS_CAPTION;
+    flags |= isBare ? Qt::FramelessWindowHint : Qt::WindowTitleHint;
     const bool isForTaskBar = (viewed.extendedStyle & WS_EX_APPWINDOW) != 0;
     flags |= isForTaskBar || viewed.owner == 0 ? Qt::Window : Qt::Dialog;
     if ((viewed.style & WS_SYSMENU) != 0) {
@@ -41,8 +36,11 @@ Qt::WindowFlags flagsOf(const ViewedWindow& viewed) {
     return flags;
 }
 
-bool isSamePlace(const RECT& a, const RECT& b) {
-    return a.left == b.left && a.top == b.top && a.right == b.right && a.bottom == b.bottom;
+bool isSamePosition(const RECT& a, const RECT& b) { return a.left == b.left && a.top == b.top; }
+
+/// The toolkit has a mark of its own in titles, and shows it where it stands twice.
+QString titleOf(const ViewedWindow& viewed) {
+    return textOf(viewed.text).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
 }
 
 }  // namespace
@@ -58,14 +56,19 @@ TopWindow::TopWindow(const ViewedWindow& viewed)
     m_settling.setSingleShot(true);
     m_settling.setInterval(SETTLING_MILLISECONDS);
     QObject::connect(&m_settling, &QTimer::timeout, this, [this] { settle(); });
-    if ((viewed.extendedStyle & WS_EX_APPWINDOW) != 0 && QSystemTrayIcon::isSystemTrayAvailable()) {
+    if ((viewed.extendedStyle & WS_EX_APPWINDOW) != 0) {
         m_tray = std::make_unique<Tray>(m_menu);
     }
 }
 
 TopWindow::~TopWindow() = default;
 
-void TopWindow::update(const ViewedWindow& viewed, const std::vector<ViewedWindow>& controls) {
+void TopWindow::update(const ViewedWindow& viewed, const std::vector<ViewedWindow>& controls,
+                       TopWindow* owner) {
+    m_order = viewed.order;
+    if (owner != nullptr && isVisible()) {
+        stayAbove(*owner, viewed.style);
+    }
     std::vector<DWORD> changes{viewed.changes};
     for (const ViewedWindow& control : controls) {
         changes.insert(changes.end(), {control.window, control.changes});
@@ -74,39 +77,82 @@ void TopWindow::update(const ViewedWindow& viewed, const std::vector<ViewedWindo
         return;
     }
     m_changes = std::move(changes);
-    updateFrame(viewed);
+    updateFrame(viewed, owner);
     updateControls(controls);
+    updateDescription(controls);
+    // Before the display has the window a place means its frame, and then the contents alone.
+    if (owner != nullptr && !isVisible()) {
+        stayAbove(*owner, viewed.style);
+    }
     updateState(viewed.style);
+    m_menu.update(viewed, controls);
     if (m_tray) {
-        m_tray->update(viewed, controls);
+        m_tray->update(viewed);
     }
 }
 
-void TopWindow::updateFrame(const ViewedWindow& viewed) {
-    setWindowTitle(textOf(viewed.text));
+/// What is only to be looked at: nobody gets there by the keyboard, so it is read out at once.
+void TopWindow::updateDescription(const std::vector<ViewedWindow>& controls) {
+    QStringList texts;
+    for (const ViewedWindow& control : controls) {
+        const auto* const label =
+            qobject_cast<const QLabel*>(&m_controls.at(control.window)->widget());
+        if (label != nullptr && label->isVisibleTo(this) && !label->text().isEmpty()) {
+            texts.push_back(label->text());
+        }
+    }
+    setAccessibleDescription(texts.join(QLatin1Char('\n')));
+}
+
+void TopWindow::updateFrame(const ViewedWindow& viewed, const TopWindow* owner) {
+    setWindowTitle(titleOf(viewed));
     setWindowIcon(iconOf(viewed.icon));
-    setEnabled((viewed.style & WS_DISABLED) == 0);
-    if (!m_isPlaced || !isSamePlace(viewed.place, m_modelPlace)) {
-        place(viewed);
+    enable((viewed.style & WS_DISABLED) == 0);
+    setFixedSize(m_units.size(viewed.place));
+    if (!m_isPlaced || !isSamePosition(viewed.place, m_modelPlace)) {
+        place(viewed, owner);
+    }
+}
+
+/// The focus comes back to where it was when a box in front of the window ends.
+void TopWindow::enable(bool isEnabled) {
+    if (isEnabled == this->isEnabled()) {
+        return;
+    }
+    if (!isEnabled) {
+        m_focused = focusedControl();
+    }
+    setEnabled(isEnabled);
+    if (isEnabled && isActiveWindow()) {
+        activated();  // It was put in front before it could be told.
     }
 }
 
 /// Where the model says, whenever that changes. At first centred windows come to this display's
 /// middle, and those that the model only put into its corner below the one that opened them, so
 /// that they do not hide it, or where the window manager finds a place.
-void TopWindow::place(const ViewedWindow& viewed) {
+void TopWindow::place(const ViewedWindow& viewed, const TopWindow* owner) {
     const QRect wanted = m_units.rect(viewed.place);
-    setFixedSize(wanted.size());
     if ((viewed.style & DS_CENTER) != 0 && !m_isPlaced) {
         const QRect room = screen()->availableGeometry();
         move(room.center() - QPoint(wanted.width() / 2, wanted.height() / 2));
     } else if (m_isPlaced || !wanted.topLeft().isNull()) {
         move(wanted.topLeft());
-    } else if (!m_owner.isNull()) {
-        move(m_owner.bottomLeft() + QPoint(0, GAP));
+    } else if (owner != nullptr && !owner->isMinimized()) {
+        moveBelow(*owner);
     }
     m_isPlaced = true;
     m_modelPlace = viewed.place;
+}
+
+void TopWindow::moveBelow(const TopWindow& owner) {
+    const QRect room = owner.screen()->availableGeometry();
+    const QRect frame = owner.frameGeometry();
+    const QSize decoration = frame.size() - owner.size();
+    const QPoint wanted = frame.bottomLeft() + QPoint(0, GAP);
+    const QSize size = this->size() + decoration;
+    move(qMax(room.left(), qMin(wanted.x(), room.right() - size.width())),
+         qMax(room.top(), qMin(wanted.y(), room.bottom() - size.height())));
 }
 
 void TopWindow::updateControls(const std::vector<ViewedWindow>& controls) {
@@ -126,6 +172,33 @@ void TopWindow::updateControls(const std::vector<ViewedWindow>& controls) {
         before = &control->widget();
     }
     std::erase_if(m_controls, [&](const auto& entry) { return !there.contains(entry.first); });
+    if (focusWidget() == nullptr && isEnabled()) {
+        focusFirst(controls);
+    }
+}
+
+/// The control that had the focus before, else the default button, else the first that the keyboard
+/// can go to.
+void TopWindow::focusFirst(const std::vector<ViewedWindow>& controls) {
+    const auto takesFocus = [this](const ViewedWindow& viewed) {
+        const QWidget& widget = m_controls.at(viewed.window)->widget();
+        return widget.isVisibleTo(this) && widget.isEnabledTo(this) &&
+               widget.focusPolicy() == Qt::StrongFocus;
+    };
+    auto first = std::ranges::find_if(controls, [&](const ViewedWindow& viewed) {
+        return viewed.window == m_focused && takesFocus(viewed);
+    });
+    if (first == controls.end()) {
+        first = std::ranges::find_if(controls, [&](const ViewedWindow& viewed) {
+            return isDefaultButton(viewed) && takesFocus(viewed);
+        });
+    }
+    if (first == controls.end()) {
+        first = std::ranges::find_if(controls, takesFocus);
+    }
+    if (first != controls.end()) {
+        m_controls.at(first->window)->widget().setFocus();
+    }
 }
 
 void TopWindow::updateState(DWORD style) {
@@ -139,95 +212,71 @@ void TopWindow::updateState(DWORD style) {
     if (isMinimised && (isFirst || !wasMinimised)) {
         showMinimized();
     } else if (isFirst) {
-        show();
+        showNormal();  // It may have been minimised when it was hidden.
     } else if (!isMinimised && wasMinimised) {
         showNormal();
         bringToFront();
     }
 }
 
-void TopWindow::stayAbove(TopWindow& owner) {
-    const bool isThere = windowHandle() != nullptr && windowHandle()->transientParent() != nullptr;
-    if (!isThere && !owner.isMinimized()) {
-        m_owner = owner.frameGeometry();
-        owner.winId();
-        winId();
-        windowHandle()->setTransientParent(owner.windowHandle());
+/// Not above a minimised one: window managers put away with a window what stays above it. They
+/// learn of whom it stays above when it comes to the display, and never later.
+void TopWindow::stayAbove(TopWindow& owner, DWORD style) {
+    if (owner.isMinimized()) {
+        return;
+    }
+    owner.winId();
+    winId();
+    const bool isNew = windowHandle()->transientParent() == nullptr;
+    const bool mustAppear = isVisible() && (style & WS_MINIMIZE) == 0;
+    if (isNew && mustAppear) {
+        hide();
+    }
+    windowHandle()->setTransientParent(owner.windowHandle());
+    if (mustAppear && (isNew || isMinimized())) {
+        showNormal();
+    }
+}
+
+void TopWindow::putAway() {
+    hide();
+    m_changes.clear();
+    if (m_tray) {
+        m_tray->hide();
     }
 }
 
 void TopWindow::bringToFront() {
-    if ((m_style & WS_MINIMIZE) == 0) {
-        raise();
-        activateWindow();
+    if ((m_style & WS_MINIMIZE) != 0) {
+        return;
     }
+    if (isMinimized()) {  // Put away with its owner: it comes back alone.
+        hide();
+        windowHandle()->setTransientParent(nullptr);
+        showNormal();
+    }
+    raise();
+    activateWindow();
 }
 
-void TopWindow::closeEvent(QCloseEvent* event) {
-    event->ignore();
-    if (!isEnabled()) {
-        return;  // A box of its own stands in front of it.
-    }
-    tell(m_window, WM_SYSCOMMAND, SC_CLOSE, 0);
+bool TopWindow::isComplete() const {
+    return std::ranges::none_of(m_controls,
+                                [](const auto& entry) { return entry.second->isReading(); });
 }
 
-void TopWindow::changeEvent(QEvent* event) {
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::WindowStateChange) {
-        if (!m_settling.isActive()) {
-            tellState();
-        }
-    } else if (event->type() == QEvent::ActivationChange && isActiveWindow() &&
-               GetForegroundWindow() != m_window) {
-        SetForegroundWindow(m_window);
-    }
+void TopWindow::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    QObject::connect(windowHandle(), &QWindow::screenChanged, this, &TopWindow::remeasure,
+                     Qt::UniqueConnection);
 }
 
-/// A window that was asked to come to the front before it was there has not come.
-void TopWindow::settle() {
-    tellState();
-    if (GetForegroundWindow() == m_window && !isActiveWindow()) {
-        bringToFront();
-    }
-}
-
-/// What the window manager has done, where it is not what the model has.
-void TopWindow::tellState() {
-    if (isVisible() && isMinimized() != ((m_style & WS_MINIMIZE) != 0)) {
-        tell(m_window, WM_SYSCOMMAND, isMinimized() ? SC_MINIMIZE : SC_RESTORE, 0);
-    }
-}
-
-HWND TopWindow::focusedControl() const {
+/// Letters or pixels are of another size now.
+void TopWindow::remeasure() {
+    m_units = Units(font());
+    m_changes.clear();  // The next look shows everything anew.
     for (const auto& [window, control] : m_controls) {
-        if (control->widget().hasFocus()) {
-            return window;
-        }
+        control->invalidate();
     }
-    return m_window;
-}
-
-void TopWindow::keyPressEvent(QKeyEvent* event) {
-    switch (event->key()) {
-        case Qt::Key_Return:
-        case Qt::Key_Enter:
-            tell(focusedControl(), WM_KEYDOWN, KEY_RETURN, 0);
-            break;
-        case Qt::Key_Escape:
-            tell(m_window, WM_KEYDOWN, KEY_ESCAPE, 0);
-            break;
-        default:
-            QWidget::keyPressEvent(event);
-            break;
-    }
-}
-
-void TopWindow::contextMenuEvent(QContextMenuEvent* event) {
-    // It may outlive this window: the commands go to the model.
-    auto* menu = new QMenu;
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    m_menu.fill(*menu, m_style);
-    menu->popup(event->globalPos());
 }
 
 }  // namespace juntora::screen

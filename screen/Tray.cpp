@@ -19,10 +19,8 @@ Tray::Tray(WindowMenu& menu) : m_windowMenu(menu) {
     m_icon.setContextMenu(&m_menu);
 }
 
-void Tray::update(const ViewedWindow& window, const std::vector<ViewedWindow>& controls) {
+void Tray::update(const ViewedWindow& window) {
     m_window = window.window;
-    m_style = window.style;
-    m_controls = controls;
     m_icon.setIcon(iconOf(window.icon));
     m_icon.setToolTip(textOf(window.text));
     refill();
@@ -31,7 +29,7 @@ void Tray::update(const ViewedWindow& window, const std::vector<ViewedWindow>& c
 
 void Tray::refill() {
     m_menu.clear();
-    m_windowMenu.fillTray(m_menu, m_style, m_controls);
+    m_windowMenu.fillTray(m_menu);
 }
 
 }  // namespace juntora::screen

@@ -12,16 +12,17 @@ class Tray {
 public:
     explicit Tray(WindowMenu& menu);
 
-    /// Takes over the window's present title, icon and controls.
-    void update(const ViewedWindow& window, const std::vector<ViewedWindow>& controls);
+    /// Takes over the window's present title and icon, and its menu's items.
+    void update(const ViewedWindow& window);
+
+    /// Until the next update.
+    void hide() { m_icon.hide(); }
 
 private:
     void refill();
 
     WindowMenu& m_windowMenu;
     HWND m_window = 0;
-    DWORD m_style = 0;
-    std::vector<ViewedWindow> m_controls;
     QMenu m_menu;
     QSystemTrayIcon m_icon;
 };

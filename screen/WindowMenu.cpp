@@ -1,10 +1,14 @@
 #include "screen/WindowMenu.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include <QAction>
 #include <QMenu>
 #include <QStringList>
 
 #include "platform/desktop/message.h"
+#include "screen/Control.h"
 #include "screen/Units.h"
 
 namespace juntora::screen {
@@ -13,8 +17,9 @@ namespace {
 /// Commands from here on are the system's: a window manager has its own for them.
 constexpr WPARAM FIRST_SYSTEM_COMMAND = 0xF000;
 
-bool isVisibleButton(const ViewedWindow& control) {
-    return control.className == "Button" && (control.style & WS_VISIBLE) != 0;
+bool opensSomething(const ViewedWindow& control) {
+    return isOfClass(control, "Button") && (control.style & WS_VISIBLE) != 0 &&
+           control.text.ends_with("...");
 }
 
 }  // namespace
@@ -22,6 +27,12 @@ bool isVisibleButton(const ViewedWindow& control) {
 WindowMenu::WindowMenu(HWND window, DWORD owner)
     : m_window(window), m_channel(Channel::to(owner)), m_alive(std::make_shared<int>()) {
     refresh();
+}
+
+void WindowMenu::update(const ViewedWindow& viewed, const std::vector<ViewedWindow>& controls) {
+    m_style = viewed.style;
+    m_buttons.clear();
+    std::ranges::copy_if(controls, std::back_inserter(m_buttons), opensSomething);
 }
 
 void WindowMenu::refresh() {
@@ -65,32 +76,37 @@ void WindowMenu::addOwnItems(QMenu& menu) const {
     }
 }
 
-void WindowMenu::fill(QMenu& menu, DWORD style) {
-    refresh();
-    if ((style & WS_MINIMIZEBOX) != 0) {
+void WindowMenu::addButtons(QMenu& menu) const {
+    for (const ViewedWindow& button : m_buttons) {
+        QAction* action = menu.addAction(textOf(button.text));
+        action->setEnabled((button.style & WS_DISABLED) == 0);
+        QObject::connect(action, &QAction::triggered,
+                         [window = button.window] { tell(window, BM_CLICK, 0, 0); });
+    }
+}
+
+void WindowMenu::addRest(QMenu& menu) const {
+    addButtons(menu);
+    addOwnItems(menu);
+    if ((m_style & WS_SYSMENU) != 0) {
+        menu.addSeparator();
+        addCommand(menu, QStringLiteral("&Close"), SC_CLOSE);
+    }
+}
+
+void WindowMenu::fill(QMenu& menu) const {
+    if ((m_style & WS_MINIMIZEBOX) != 0) {
         addCommand(menu, QStringLiteral("Mi&nimize"), SC_MINIMIZE);
         menu.addSeparator();
     }
-    addOwnItems(menu);
-    menu.addSeparator();
-    addCommand(menu, QStringLiteral("&Close"), SC_CLOSE);
+    addRest(menu);
 }
 
-void WindowMenu::fillTray(QMenu& menu, DWORD style, const std::vector<ViewedWindow>& controls) {
+void WindowMenu::fillTray(QMenu& menu) const {
     addCommand(menu, QStringLiteral("&Show"), SC_RESTORE);
-    for (const ViewedWindow& control : controls) {
-        if (isVisibleButton(control) && control.text.ends_with("...")) {
-            QAction* action = menu.addAction(textOf(control.text));
-            action->setEnabled((control.style & WS_DISABLED) == 0);
-            QObject::connect(action, &QAction::triggered,
-                             [window = control.window] { tell(window, BM_CLICK, 0, 0); });
-        }
-    }
-    addOwnItems(menu);
-    menu.addSeparator();
-    addCommand(menu, QStringLiteral("&Close"), SC_CLOSE);
-    if ((style & WS_DISABLED) != 0) {  // A box of its own stands in front of the window.
-        for (QAction* action : menu.actions()) {
+    addRest(menu);
+    if ((m_style & WS_DISABLED) != 0) {  // A box of its own stands in front of the window.
+        for (QAction* action : menu.actions().mid(1)) {
             action->setEnabled(false);
         }
     }

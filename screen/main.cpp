@@ -1,7 +1,6 @@
 // juntora-screen: shows the windows of the desktop that JUNTORA_DESKTOP names on a display. The
 // layer starts it when a first window is to be seen; it ends by itself with the last one.
 #include <cstdio>
-#include <optional>
 #include <string_view>
 
 #include <QApplication>
@@ -10,6 +9,8 @@
 #include "platform/desktop/desktop.h"
 #include "platform/kernel/errorOutput.h"
 #include "platform/kernel/sync.h"
+#include "screen/Channel.h"
+#include "screen/Colours.h"
 #include "screen/DesktopView.h"
 #include "screen/DesktopWatch.h"
 #include "screen/ScreenWindow.h"
@@ -26,6 +27,7 @@ constexpr int LOOK_MILLISECONDS = 1000;
 int show() {
     QApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setDesktopFileName(QStringLiteral("juntora"));
+    const Colours colours;
     DesktopView view;
     view.refresh();
     const DesktopWatch watch([&] { view.refresh(); });
@@ -74,10 +76,11 @@ int main(int argc, char** argv) {
     }
     // The toolkit has words of its own for a display that is not there, or that ends. Started by
     // the layer, nobody has asked for them.
-    std::optional<kernel::SilencedErrors> silence;
     if (isQuiet) {
-        silence.emplace();
+        kernel::LeaveStandardStreams();
     }
     const QApplication application(argc, argv);
-    return screen::show();
+    const int result = screen::show();
+    screen::Channel::endAnswers();
+    return result;
 }

@@ -62,6 +62,7 @@ ViewedWindow describe(const Segment& segment, std::uint32_t index, HWND window) 
             details.icon,
             {left, top, left + width, top + height},
             changes,
+            details.order,
             slot.thread.load() % MAX_THREADS + 1,
             details.className,
             std::string(titleOf(segment, index))};
@@ -91,17 +92,17 @@ std::unordered_map<std::uint32_t, std::vector<std::uint32_t>> groups(Segment& se
 }  // namespace
 }  // namespace desktop
 
-std::vector<ViewedWindow> ViewWindows() {
+std::optional<std::vector<ViewedWindow>> ViewWindows() {
     desktop::Attachment* attachment = desktop::Attachment::get();
-    std::vector<ViewedWindow> windows;
     if (attachment == nullptr) {
-        return windows;
+        return std::nullopt;
     }
     desktop::Segment& segment = attachment->segment();
     const desktop::SegmentLock lock(segment);
     if (!lock) {
-        return windows;
+        return std::nullopt;
     }
+    std::vector<ViewedWindow> windows;
     auto groups = desktop::groups(segment);
     std::vector<std::uint32_t> tops;
     for (auto& [top, group] : groups) {

@@ -5,6 +5,8 @@
 // Any thread may call them.
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,18 +22,20 @@ struct ViewedWindow {
     DWORD style;
     DWORD extendedStyle;
     int id;
-    int icon;       ///< Resource number, 0 for none.
-    RECT place;     ///< In pixels of the dialog model (dialog.h), relative to the parent.
-    DWORD changes;  ///< As GetWindowChangeCount.
-    DWORD thread;   ///< The owner, as GetWindowThreadProcessId numbers it.
+    int icon;            ///< Resource number, 0 for none.
+    RECT place;          ///< In pixels of the dialog model (dialog.h), relative to the parent.
+    DWORD changes;       ///< As GetWindowChangeCount.
+    std::int64_t order;  ///< Grows with each time that the window is put in front.
+    DWORD thread;        ///< The owner, as GetWindowThreadProcessId numbers it.
     std::string className;
     std::string text;
 };
 
 /// Every visible top-level window of every living program, the front-most first, each followed by
 /// all that is in it, hidden or not, from the first made to the last. Costs a walk over the
-/// desktop's windows.
-std::vector<ViewedWindow> ViewWindows();
+/// desktop's windows. Nothing while the desktop cannot be looked at: a program that is stopped in
+/// the middle of a change keeps everybody out for seconds.
+std::optional<std::vector<ViewedWindow>> ViewWindows();
 
 /// Counts the changes to what any window of the desktop shows, to the window order and to what is
 /// in front.
@@ -49,19 +53,23 @@ inline constexpr char SCREEN_WINDOW_CLASS[] = "JuntoraScreen";
 HWND FindScreen();
 
 /// Sees to it that the desktop is shown, where that can be: starts the program for it unless one
-/// runs, has been started within the last ten seconds, is forbidden (JUNTORA_SCREEN=none), or has
-/// no display to show it on. Returns whether one runs or can be counted on to come up: not after
-/// one that was started in vain. Does not wait.
+/// runs, one that has not been seen yet was started within the last ten seconds, it is forbidden
+/// (JUNTORA_SCREEN=none), or there is no display to show it on. Returns whether one runs or can be
+/// counted on to come up: not after one that was started in vain. Does not wait.
 bool EnsureScreen();
 
 // Messages of the layer's own, with a text each.
 
-/// To a window: its own menu (GetSystemMenu), an item a line: flags, command and text between tabs.
+/// To a dialog: its own menu (GetSystemMenu), an item a line: flags, command and text between tabs.
 /// `lParam` is a buffer of MESSAGE_TEXT_BYTES; the result is the length.
 inline constexpr UINT VIEW_GET_MENU = 0x02F0;
 /// To the screen: saves a picture of the window `wParam`, of the one in front for 0, as a PNG in
 /// the file that `lParam` names. Result: a PictureResult.
 inline constexpr UINT VIEW_SAVE_PICTURE = 0x02F1;
+/// To the screen, with the same `wParam`: 0 while the window's program is being asked for something
+/// that is to be seen in it (the lines of a list, the ticks of boxes), else 1, as for a window that
+/// is not shown.
+inline constexpr UINT VIEW_IS_COMPLETE = 0x02F2;
 
 enum PictureResult : LRESULT {
     PICTURE_NO_ANSWER,

@@ -227,8 +227,8 @@ BOOL ShowWindow(HWND window, int command) {
     }
     const bool wasVisible = (place.slot->style.load() & WS_VISIBLE) != 0;
     const bool show = command != SW_HIDE;
-    if (show && !wasVisible && (place.slot->style.load() & WS_CHILD) == 0) {
-        EnsureScreen();
+    if (show && (place.slot->style.load() & WS_CHILD) == 0) {
+        EnsureScreen();  // Even for a window that is visible: the last screen may have gone.
     }
     if (show != wasVisible) {
         SendMessageA(window, WM_SHOWWINDOW, show ? 1 : 0, 0);

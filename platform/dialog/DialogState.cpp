@@ -56,6 +56,7 @@ LRESULT dialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
     }
     if (message == WM_SHOWWINDOW && wParam != 0) {
         dialog->hasBeenShown = true;
+        PostMessageA(window, WM_PAINT, 0, 0);
     }
     const LRESULT result = handle(*dialog, window, message, wParam, lParam);
     if (message == WM_NCDESTROY) {

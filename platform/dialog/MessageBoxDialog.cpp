@@ -9,6 +9,7 @@
 #include "platform/desktop/message.h"
 #include "platform/desktop/view.h"
 #include "platform/desktop/window.h"
+#include "platform/dialog/DialogState.h"
 #include "platform/dialog/TextSize.h"
 #include "platform/dialog/dialog.h"
 
@@ -162,6 +163,7 @@ constexpr int UNSEEN_TICKS = 10;
 /// What the running box knows of itself.
 struct RunningBox {
     const BoxKind& kind;
+    int defaultButton;
     int unseenTicks = 0;
 };
 
@@ -198,6 +200,8 @@ void answer(HWND dialog, const RunningBox& box, int id) {
 BOOL handleBox(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_INITDIALOG) {
         SetWindowUserData(dialog, lParam);
+        const auto state = FindDialog(dialog);
+        state->focus = state->control(reinterpret_cast<const RunningBox*>(lParam)->defaultButton);
         SetTimer(dialog, WATCH_TIMER, WATCH_MILLISECONDS, nullptr);
         return 1;
     }
@@ -228,17 +232,18 @@ int ShowMessageBox(HWND owner, const char* text, const char* caption, UINT flags
     BoxLayout layout;
     addText(layout, text, iconOf(flags));
     addButtons(layout, flags);
+    RunningBox box{kindOf(flags), DefaultButton(flags).id};
+    // No close box where it would answer nothing.
+    const DWORD menu = box.kind.escape != 0 ? WS_SYSMENU : 0;
     const DialogTemplate source{0,
                                 caption,
-                                WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME | DS_CENTER,
+                                WS_POPUP | WS_CAPTION | menu | DS_MODALFRAME | DS_CENTER,
                                 0,
                                 layout.width,
                                 layout.height,
                                 "MS Sans Serif",
                                 8,
                                 layout.controls};
-    RunningBox box{kindOf(flags)};
-
     return resultOf(box.kind,
                     RunModalDialog(source, owner, handleBox, reinterpret_cast<LPARAM>(&box)));
 }

@@ -56,29 +56,19 @@ void WriteToErrors(std::string_view text) {
     }
 }
 
-SilencedErrors::SilencedErrors() : m_errors(-1), m_largest(0) {
-    const int nothing = open("/dev/null", O_WRONLY | O_CLOEXEC);
+void LeaveStandardStreams() {
+    const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
     if (nothing >= 0) {
-        m_errors = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 0);
-        dup2(nothing, STDERR_FILENO);
-        close(nothing);
+        for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+            dup2(nothing, stream);
+        }
+        if (nothing > STDERR_FILENO) {
+            close(nothing);
+        }
     }
     rlimit image{};
     if (getrlimit(RLIMIT_CORE, &image) == 0) {
-        m_largest = image.rlim_cur;
         image.rlim_cur = 0;
-        setrlimit(RLIMIT_CORE, &image);
-    }
-}
-
-SilencedErrors::~SilencedErrors() {
-    if (m_errors >= 0) {
-        dup2(m_errors, STDERR_FILENO);
-        close(m_errors);
-    }
-    rlimit image{};
-    if (getrlimit(RLIMIT_CORE, &image) == 0) {
-        image.rlim_cur = m_largest;
         setrlimit(RLIMIT_CORE, &image);
     }
 }

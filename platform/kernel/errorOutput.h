@@ -9,19 +9,10 @@ namespace juntora::kernel {
 /// and one that does not read does not hold it up.
 void WriteToErrors(std::string_view text);
 
-/// While it lives, what this process and its libraries write to standard error goes nowhere, and a
-/// process that ends itself leaves no memory image: for a library that ends the process with words
-/// of its own when it finds no display. One at a time.
-class SilencedErrors {
-public:
-    SilencedErrors();
-    ~SilencedErrors();
-    SilencedErrors(const SilencedErrors&) = delete;
-    SilencedErrors& operator=(const SilencedErrors&) = delete;
-
-private:
-    int m_errors;                  ///< Where they went before; -1 if they still do.
-    unsigned long long m_largest;  ///< Image that the process would have left, in bytes.
-};
+/// For a program that has nothing to say and outlives the one that started it: from here on its
+/// standard input is empty, and what it and its libraries write goes nowhere, so that nobody who
+/// reads its starter's output waits for its end. Nor does it leave a memory image when a library
+/// ends it, as one does that finds no display.
+void LeaveStandardStreams();
 
 }  // namespace juntora::kernel

@@ -1,6 +1,7 @@
 // Starting the program that shows the desktop.
-#include <atomic>
+#include <cstdint>
 #include <cstdlib>
+#include <mutex>
 #include <string_view>
 
 #include "platform/desktop/Timers.h"
@@ -37,9 +38,11 @@ bool start() {
 }  // namespace
 
 bool EnsureScreen() {
-    static std::atomic<std::int64_t> lastStart{NEVER};
-    static std::atomic<bool> isUnseen{false};  // One was started, and none has been seen since.
-    static std::atomic<bool> mayCome{false};
+    static std::mutex mutex;
+    static std::int64_t lastStart = NEVER;
+    static bool isUnseen = false;  // One was started, and none has been seen since.
+    static bool mayCome = false;
+    const std::lock_guard guard(mutex);
     if (FindScreen() != 0) {
         isUnseen = false;
         return true;
@@ -48,16 +51,12 @@ bool EnsureScreen() {
         return false;
     }
     const std::int64_t now = desktop::nowMilliseconds();
-    std::int64_t last = lastStart.load();
-    if (now - last < RETRY_MILLISECONDS) {
-        return mayCome;
+    if (!isUnseen || now - lastStart >= RETRY_MILLISECONDS) {
+        lastStart = now;
+        // One that follows another that never came may come, but nobody is told to count on it.
+        mayCome = start() && !isUnseen;
+        isUnseen = true;
     }
-    if (!lastStart.compare_exchange_strong(last, now)) {
-        return true;  // Another thread is at it.
-    }
-    // The last one never came: this one may, but nobody is told to count on it.
-    const bool wasInVain = isUnseen.exchange(true);
-    mayCome = start() && !wasInVain;
     return mayCome;
 }
 

@@ -116,7 +116,7 @@ TEST_F(WindowTest, StateIsSeenByOthersAndCountsAsChange) {
 
 TEST_F(WindowTest, AViewerSeesWhatIsShownAndHearsOfEachChange) {
     Peer peer;
-    EXPECT_TRUE(ViewWindows().empty()) << "nothing is visible";
+    EXPECT_TRUE(ViewWindows().value().empty()) << "nothing is visible";
     ShowWindow(peer.window, SW_SHOWNORMAL);
     const HWND owned = CreateWindowExA(WS_EX_APPWINDOW, "WindowTest", "owned",
                                        WS_POPUP | WS_VISIBLE, 10, 20, 30, 40, peer.window, 5);
@@ -124,7 +124,7 @@ TEST_F(WindowTest, AViewerSeesWhatIsShownAndHearsOfEachChange) {
     const HWND second = make("second", WS_CHILD | WS_VISIBLE, owned, 2);
     SendMessageA(owned, WM_SETICON, 0, 128);
 
-    const std::vector<ViewedWindow> viewed = ViewWindows();
+    const std::vector<ViewedWindow> viewed = ViewWindows().value();
     ASSERT_EQ(4U, viewed.size());
     EXPECT_EQ(owned, viewed[0].window) << "the front-most first";
     EXPECT_EQ(peer.window, viewed[0].owner);
@@ -144,7 +144,7 @@ TEST_F(WindowTest, AViewerSeesWhatIsShownAndHearsOfEachChange) {
     peer.process.kill();
     ASSERT_TRUE(peer.process.wait());
     DestroyWindow(owned);
-    EXPECT_TRUE(ViewWindows().empty()) << "the dead show nothing";
+    EXPECT_TRUE(ViewWindows().value().empty()) << "the dead show nothing";
 }
 
 TEST_F(WindowTest, MoreWindowsThanTheDesktopHoldsAreRefused) {

@@ -1,5 +1,6 @@
 #include "tests/screen/Display.h"
 
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 
@@ -33,19 +34,21 @@ std::string managerSettings(const std::string& folder) {
 }  // namespace
 
 Display::Display(const std::string& folder)
-    : m_server(program("Xvfb"),
-               {"-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten", "tcp", "-noreset"}),
-      m_name(":" + m_server.readLine().value_or("")),
+    : m_panel(folder),
       m_manager(program("openbox"), {"--sm-disable", "--config-file", managerSettings(folder)},
                 {environment(), "", true}) {
-    EXPECT_NE(":", m_name) << "no display came up";
+    EXPECT_NE("", m_server.name()) << "no display came up";
     // Windows that come before the window manager are never managed as they ask.
     EXPECT_TRUE(waitFor([this] { return std::atoi(hand({"get_num_desktops"}).c_str()) > 0; }));
 }
 
 std::vector<std::string> Display::environment() const {
-    return {"DISPLAY=" + m_name, "JUNTORA_SCREEN=", "QT_QPA_PLATFORM=xcb",
-            "QT_STYLE_OVERRIDE=Fusion", "QT_SCALE_FACTOR=1"};
+    return {"DISPLAY=" + m_server.name(),
+            "DBUS_SESSION_BUS_ADDRESS=" + m_panel.address(),
+            "JUNTORA_SCREEN=",
+            "QT_QPA_PLATFORM=xcb",
+            "QT_STYLE_OVERRIDE=Fusion",
+            "QT_SCALE_FACTOR=1"};
 }
 
 std::string Display::hand(std::vector<std::string> words,
@@ -56,9 +59,13 @@ std::string Display::hand(std::vector<std::string> words,
 }
 
 std::string Display::visibleWindow(const std::string& title) const {
-    std::istringstream found(hand({"search", "--sync", "--onlyvisible", "--name", exactly(title)}));
+    // A search that meets a window on its way out ends without a result.
     std::string window;
-    found >> window;
+    waitFor([&] {
+        std::istringstream found(hand({"search", "--onlyvisible", "--name", exactly(title)}));
+        found >> window;
+        return !window.empty();
+    });
     return window;
 }
 
@@ -73,15 +80,29 @@ bool Display::has(const std::string& title) const {
 void Display::click(const std::string& window, int button, int x, int y, int width,
                     int height) const {
     activate(window);  // It has come to its place then.
-    int columns = 0;
-    int rows = 0;
+    std::map<std::string, int> shape = geometry(window);
+    hand({"mousemove", "--window", window, std::to_string(shape["WIDTH"] * x / width),
+          std::to_string(shape["HEIGHT"] * y / height), "click", std::to_string(button)});
+}
+
+void Display::move(const std::string& window, int x, int y) const {
+    hand({"windowmove", "--sync", window, std::to_string(x), std::to_string(y)});
+}
+
+std::pair<int, int> Display::place(const std::string& window) const {
+    std::map<std::string, int> shape = geometry(window);
+    return {shape["X"], shape["Y"]};
+}
+
+std::map<std::string, int> Display::geometry(const std::string& window) const {
+    std::map<std::string, int> shape;
     std::istringstream lines(hand({"getwindowgeometry", "--shell", window}));
     for (std::string line; std::getline(lines, line);) {
-        std::sscanf(line.c_str(), "WIDTH=%d", &columns);
-        std::sscanf(line.c_str(), "HEIGHT=%d", &rows);
+        if (const auto sign = line.find('='); sign != line.npos) {
+            shape[line.substr(0, sign)] = std::atoi(line.c_str() + sign + 1);
+        }
     }
-    hand({"mousemove", "--window", window, std::to_string(columns * x / width),
-          std::to_string(rows * y / height), "click", std::to_string(button)});
+    return shape;
 }
 
 void Display::press(const std::string& key) const { hand({"key", key}); }

@@ -125,8 +125,11 @@ std::string DesktopSandbox::desktopFolder() const {
 std::string DesktopSandbox::temporaryFolder() const { return m_runtimeFolder + "/temporary"; }
 
 std::vector<std::string> DesktopSandbox::environment() const {
-    return {"XDG_RUNTIME_DIR=" + m_runtimeFolder, "JUNTORA_DESKTOP=" + m_desktopName,
-            "TMPDIR=" + temporaryFolder(), "JUNTORA_SCREEN=none"};
+    return {"XDG_RUNTIME_DIR=" + m_runtimeFolder,
+            "JUNTORA_DESKTOP=" + m_desktopName,
+            "TMPDIR=" + temporaryFolder(),
+            "JUNTORA_SCREEN=none",
+            "DBUS_SESSION_BUS_ADDRESS="};
 }
 
 void DesktopSandbox::enter() const {

@@ -1,10 +1,12 @@
 // screenshot: a picture of a window, as the screen shows it.
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "common/CaseBlind.h"
 #include "platform/desktop/message.h"
 #include "platform/desktop/view.h"
+#include "platform/kernel/sync.h"
 #include "tools/juntoractl/CommandLine.h"
 #include "tools/juntoractl/ExitCode.h"
 #include "tools/juntoractl/Output.h"
@@ -15,6 +17,11 @@ namespace {
 /// A screen that has just been started is waited for so long.
 constexpr DWORD PATIENCE_MILLISECONDS = 10'000;
 constexpr DWORD STEP_MILLISECONDS = 50;
+
+/// Lists are read from their programs, which may be stopped or busy: then the picture is of what
+/// there is after this time.
+constexpr DWORD READING_MILLISECONDS = 1000;
+constexpr DWORD READING_STEP_MILLISECONDS = 10;
 
 struct Options {
     std::string file;
@@ -30,12 +37,22 @@ HWND awaitScreen() {
 }
 
 HWND visibleWindow(const std::string& title) {
-    for (const ViewedWindow& viewed : ViewWindows()) {
+    const auto windows = ViewWindows();
+    for (const ViewedWindow& viewed : windows.value_or(std::vector<ViewedWindow>())) {
         if (viewed.parent == 0 && equalCaseBlind(viewed.text, title)) {
             return viewed.window;
         }
     }
     return 0;
+}
+
+LRESULT savePicture(HWND screen, HWND window, const std::string& file) {
+    const DWORD start = GetTickCount();
+    while (SendMessageA(screen, VIEW_IS_COMPLETE, window, 0) == 0 &&
+           GetTickCount() - start < READING_MILLISECONDS) {
+        Sleep(READING_STEP_MILLISECONDS);
+    }
+    return SendMessageA(screen, VIEW_SAVE_PICTURE, window, reinterpret_cast<LPARAM>(file.c_str()));
 }
 
 std::string complaintAbout(LRESULT result, const Options& options) {
@@ -64,8 +81,7 @@ int run(const Options& options) {
     const std::string file = std::filesystem::absolute(options.file).string();
     const LRESULT result = window == 0 && !options.title.empty()
                                ? LRESULT{PICTURE_NO_WINDOW}
-                               : SendMessageA(screen, VIEW_SAVE_PICTURE, window,
-                                              reinterpret_cast<LPARAM>(file.c_str()));
+                               : savePicture(screen, window, file);
     if (result == PICTURE_SAVED) {
         return EXIT_CODE_DONE;
     }
