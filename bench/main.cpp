@@ -17,6 +17,7 @@
 #include "bench/Bus.h"
 #include "bench/Library.h"
 #include "bench/PingPong.h"
+#include "bench/Registry.h"
 #include "bench/Requests.h"
 #include "bench/Screen.h"
 #include "bench/Statistics.h"
@@ -313,7 +314,7 @@ int runStart() {
 /// What can be measured alone, by the names on the command line.
 using Sections = std::set<std::string>;
 const Sections ALL_SECTIONS{"start", "library", "round-trips", "records", "sign-on", "footprint",
-                            "rows",  "files",   "launch",      "screen"};
+                            "rows",  "files",   "launch",      "screen",  "registry"};
 
 int run(const Sections& wanted) {
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
@@ -326,6 +327,7 @@ int run(const Sections& wanted) {
     section("library", benchLibrary);
     const test::DesktopSandbox sandbox;
     sandbox.enter();
+    section("registry", benchRegistry);
     Bus bus(sandbox.runtimeFolder());
     Peers peers{{}, bus, 0};
     Hub hub;

@@ -87,7 +87,8 @@ isolate() {
     mkdir -m 700 "$base"/{tmp,run,home}
     export JUNTORA_RUN=$base JUNTORA_SCREEN=none
     export TMPDIR=$base/tmp XDG_RUNTIME_DIR=$base/run HOME=$base/home
-    unset XDG_CONFIG_HOME XDG_DATA_HOME JUNTORA_DESKTOP JUNTORA_REGISTRY PARENT
+    export JUNTORA_REGISTRY=$base/registry
+    unset XDG_CONFIG_HOME XDG_DATA_HOME JUNTORA_DESKTOP PARENT
     unset DISPLAY WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS
 }
 

@@ -129,6 +129,8 @@ std::vector<std::string> DesktopSandbox::environment() const {
             "JUNTORA_DESKTOP=" + m_desktopName,
             "TMPDIR=" + temporaryFolder(),
             "JUNTORA_SCREEN=none",
+            "JUNTORA_REGISTRY=" + m_runtimeFolder + "/registry",
+            "XDG_DATA_HOME=" + m_runtimeFolder + "/data",
             "DBUS_SESSION_BUS_ADDRESS="};
 }
 

@@ -28,6 +28,8 @@ void addPathCommand(CLI::App& app, Action* action);
 void addListCommand(CLI::App& app, Action* action);
 void addScreenshotCommand(CLI::App& app, Action* action);
 void addCheckCommand(CLI::App& app, Action* action);
+/// registry get, set, delete, list
+void addRegistryCommands(CLI::App& app, Action* action);
 
 /// Adds a command that runs `run` with its options, which live as long as the command line does.
 template <typename Options, typename Run>

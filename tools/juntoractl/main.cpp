@@ -19,6 +19,7 @@ constexpr char FOOTER[] =
     "  juntoractl command 1000a \"open a\"    a command for the tool with the window 1000a\n"
     "  juntoractl watch \"Draftel;0\"         wait until that tool has gone\n"
     "  juntoractl lock status a.opj         who reads, writes or watches that file\n"
+    "  juntoractl registry get HKCR\\.sch    what stands for files of that kind\n"
     "  echo 'find Draftel' | juntoractl tool Sample\n"
     "                                       sign on, ask, and leave again\n\n"
     "Exit codes: 0 done, 1 refused or nothing found, 2 wrong usage, 3 no hub.\n"
@@ -41,6 +42,7 @@ int run(int argc, char** argv) {
     addListCommand(app, &action);
     addScreenshotCommand(app, &action);
     addCheckCommand(app, &action);
+    addRegistryCommands(app, &action);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
