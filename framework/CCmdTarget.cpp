@@ -14,6 +14,17 @@ AFX_MSGMAP_ENTRY::Handler AFX_MSGMAP::find(UINT message, int id) const {
     return nullptr;
 }
 
+CCmdTarget::~CCmdTarget() = default;
+
+void CCmdTarget::EnableAutomation() { m_dispatch = std::make_unique<CmdDispatch>(*this); }
+
+IDispatch* CCmdTarget::GetIDispatch(bool addRef) {
+    if (m_dispatch && addRef) {
+        m_dispatch->AddRef();
+    }
+    return m_dispatch.get();
+}
+
 bool CCmdTarget::OnCmdMsg(int id) {
     const AFX_MSGMAP_ENTRY::Handler handler = GetMessageMap().find(WM_COMMAND, id);
     if (handler) {

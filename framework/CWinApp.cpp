@@ -1,9 +1,11 @@
 #include "framework/CWinApp.h"
 
 #include <cstdio>
+#include <cstring>
 #include <exception>
 
 #include "platform/desktop/desktop.h"
+#include "platform/files/CaseFolding.h"
 #include "platform/kernel/process.h"
 
 namespace juntora {
@@ -17,6 +19,23 @@ CWinApp::CWinApp() { g_application = this; }
 CWinApp::~CWinApp() { g_application = nullptr; }
 
 void CWinApp::OnHelp() { AfxMessageBox("There is no help for this program."); }
+
+bool CWinApp::RunEmbedded() { return TakeSwitch("Embedding"); }
+bool CWinApp::RunAutomated() { return TakeSwitch("Automation"); }
+
+bool CWinApp::TakeSwitch(const char* name) {
+    const std::size_t length = std::strlen(name);
+    for (char* at = m_lpCmdLine; at != nullptr && *at != '\0'; ++at) {
+        const bool isWord = at == m_lpCmdLine || at[-1] == ' ' || at[-1] == '\t';
+        if (isWord && (*at == '-' || *at == '/') &&
+            files::equalIgnoringCase({at + 1, strnlen(at + 1, length)}, name) &&
+            (at[length + 1] == '\0' || at[length + 1] == ' ' || at[length + 1] == '\t')) {
+            std::memmove(at, at + length + 1, std::strlen(at + length + 1) + 1);
+            return true;
+        }
+    }
+    return false;
+}
 
 CWinApp* AfxGetApp() { return g_application; }
 

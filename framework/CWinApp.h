@@ -23,11 +23,19 @@ public:
     /// of the framework's own to go on with.
     virtual bool InitInstance() = 0;
 
+    /// Whether the program was started for the sake of an object, by "-Embedding" or "/Embedding"
+    /// on its command line, or by "-Automation"; the switch is taken out.
+    bool RunEmbedded();
+    bool RunAutomated();
+
 protected:
     /// The command of that number, for which the framework has a handler.
     static constexpr int ID_HELP = 0xE146;
     /// Tells that there is no help.
     void OnHelp();
+
+private:
+    bool TakeSwitch(const char* name);
 };
 
 /// The program's application object, null in a program without one.

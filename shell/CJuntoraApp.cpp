@@ -2,10 +2,13 @@
 
 #include <cstdio>
 
+#include "framework/COleObjectFactory.h"
 #include "framework/CWnd.h"
 #include "ipc/IpcMessage.h"
 #include "platform/kernel/process.h"
 #include "shell/CJuntoraDlg.h"
+#include "shell/CommandLine.h"
+#include "shell/PerUserRegistration.h"
 #include "shell/StartLock.h"
 #include "shell/resources.h"
 
@@ -45,16 +48,44 @@ bool CJuntoraApp::InitInstance() {
         return false;
     }
     RegisterHubResources();
+    if (!AfxOleInit()) {
+        startLock.Release();  // The box may stand for long.
+        AfxMessageBox(IDS_NO_AUTOMATION);
+        m_nExitCode = 1;
+        return false;
+    }
+    if (registerClasses()) {
+        return false;  // That was all.
+    }
+    const bool isStartedByHand = !RunEmbedded() && !RunAutomated();
+    m_nCmdShow = SW_HIDE;
     LeaveStartersPipes();
 
-    constexpr int START_PLANCHET = 1;
-    m_nCmdShow = SW_HIDE;
-
-    CJuntoraDlg dialog(1, START_PLANCHET, nullptr);
+    CJuntoraDlg dialog(1, isStartedByHand ? 1 : 0, nullptr);
     dialog.SetStartLock(&startLock);
     m_pMainWnd = &dialog;
     m_nExitCode = dialog.DoModal() == IDCANCEL ? 0 : 1;
     m_pMainWnd = nullptr;
+    return false;
+}
+
+/// At every start; whether this one was for nothing else.
+bool CJuntoraApp::registerClasses() {
+    PerUserRegistrationOn();
+    const bool isServed = COleObjectFactory::RegisterAll();
+    const bool isRegistered = COleObjectFactory::UpdateRegistryAll(true);
+    if (!isServed || !isRegistered) {
+        std::fputs(
+            "juntora: its class could not be registered for other programs. The registry's file, "
+            "or "
+            "the folder dbus-1/services of the user's data, cannot be written.\n",
+            stderr);
+    }
+    if (m_lpCmdLine != nullptr && RemoveSwitch(m_lpCmdLine, "Regserver")) {
+        m_nExitCode = isRegistered ? 0 : 1;
+        return true;
+    }
+    PerUserRegistrationOff();
     return false;
 }
 

@@ -11,11 +11,16 @@ public:
     ~CJuntoraApp() override = default;
 
     /// Returns at once where a hub runs already. Otherwise the main dialog's modal loop is the rest
-    /// of the hub's life. The command line means nothing to the hub: it is handed on to Planchet.
+    /// of the hub's life. Of the command line the hub takes the switches "Regserver" (registers its
+    /// class, which every start does, and ends), "Embedding" and "Automation"; the rest means
+    /// nothing to it, and is handed on to Planchet.
     bool InitInstance() override;
 
 protected:
     const AFX_MSGMAP& GetMessageMap() const override;
+
+private:
+    bool registerClasses();
 };
 
 extern CJuntoraApp theApp;

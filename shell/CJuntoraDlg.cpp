@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "framework/COleObjectFactory.h"
 #include "hub/CIpcMsgWnd.h"
 #include "hub/ipcDes.h"
 #include "platform/desktop/message.h"
@@ -113,7 +114,8 @@ void CJuntoraDlg::OnSysCommand(UINT command, LPARAM) {
     }
 }
 
-/// The picture of the minimised window is drawn by whoever shows the desktop.
+/// There is nothing to draw: the picture of a minimised window is the business of whoever shows the
+/// desktop.
 void CJuntoraDlg::OnPaint() {
     if (!m_bShowAllowed) {
         ShowWindow(SW_HIDE);
@@ -130,6 +132,9 @@ void CJuntoraDlg::OnAppActivity() {
 }
 
 void CJuntoraDlg::OnClose() {
+    if (!AfxOleCanExitApp()) {
+        return;
+    }
     // While tools are being closed, or a request is being served (which may show a box), there is a
     // call on the stack that goes on with these objects. The next tick of the timer asks again.
     const bool isBusy = m_nClosingApps > 0 || (m_pIpcWnd && m_pIpcWnd->IsServing());

@@ -55,6 +55,8 @@ constexpr DialogTemplate TEMPLATES[] = {
 };
 
 constexpr StringResource STRINGS[] = {
+    {IDS_NO_AUTOMATION,
+     "OLE initialization failed.  Make sure that the OLE libraries are the correct version."},
     {IDS_ABOUT_ITEM, "&About Juntora..."},
     {VERSION_MESSAGE_STRING,
      "The Juntora and %1 have mismatched IPC version numbers.  One or the other is out of date.  "

@@ -26,6 +26,7 @@ inline constexpr int IDC_ABOUT_LEVEL = 1007;
 inline constexpr int IDC_ABOUT_BUILD = 1008;
 
 // Strings.
+inline constexpr int IDS_NO_AUTOMATION = 100;
 inline constexpr int IDS_ABOUT_ITEM = 101;
 
 /// Makes templates and strings known to the layer.

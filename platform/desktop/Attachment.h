@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <string>
 
 #include "platform/desktop/Folder.h"
 #include "platform/desktop/Layout.h"
@@ -21,6 +22,7 @@ public:
 
     Segment& segment() { return *m_segment; }
     int folderDescriptor() const { return m_folder.descriptor(); }
+    const std::string& folderPath() const { return m_folder.path(); }
     /// This process's index.
     std::uint32_t process() const { return m_process; }
     /// Whether the process with that index lives. A system call for any but this one.

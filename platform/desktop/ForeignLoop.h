@@ -17,6 +17,8 @@ public:
     bool open(int folder, std::uint32_t thread);
     bool isOpen() const { return m_set >= 0; }
     int descriptor() const { return m_set; }
+    /// The queue's FIFO alone; -1 before open.
+    int bell() const { return m_fifo; }
 
     /// Makes the set readable when a descriptor of the watched set is.
     void include(int watchedSet);

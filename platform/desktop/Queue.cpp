@@ -1,5 +1,6 @@
 #include "platform/desktop/Queue.h"
 
+#include <poll.h>
 #include <pthread.h>
 
 #include <algorithm>
@@ -274,6 +275,24 @@ void Queue::wakeInForeignLoop() {
         m_foreignLoop.clear();
     }
     m_watched.callReady();
+}
+
+void Queue::waitForSentOr(int descriptor, short events, int milliseconds) {
+    // Without descriptors for a bell the thread looks after its mail by the clock.
+    constexpr int LOOK_MILLISECONDS = 10;
+    const bool hasBell = m_foreignLoop.open(m_desktop.folderDescriptor(), m_thread);
+    ringNow();
+    if (hasBell) {
+        sleepAs(IN_POLL);
+    }
+    if (!hasSent()) {
+        pollfd waits[] = {{descriptor, events, 0}, {m_foreignLoop.bell(), POLLIN, 0}};
+        poll(waits, 2, hasBell ? milliseconds : std::min(milliseconds, LOOK_MILLISECONDS));
+    }
+    if (hasBell) {
+        wakeUp();
+        m_foreignLoop.clear();
+    }
 }
 
 void Queue::noteIdle() {

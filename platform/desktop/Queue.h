@@ -66,6 +66,9 @@ public:
     /// Takes what has made that descriptor readable.
     void wakeInForeignLoop();
     int foreignDescriptor() const { return m_foreignLoop.descriptor(); }
+    /// Sleeps until something is sent to this thread or `descriptor` has one of poll's `events`, at
+    /// most `milliseconds`: for a wait that serves what is sent and nothing that is posted.
+    void waitForSentOr(int descriptor, short events, int milliseconds);
     /// Sleeps inside a send until mail or a reply arrives or `receiver` dies, at most
     /// `milliseconds`.
     void waitInSend(std::uint32_t receiver, const std::atomic<std::uint64_t>& reply,

@@ -28,6 +28,8 @@ void addPathCommand(CLI::App& app, Action* action);
 void addListCommand(CLI::App& app, Action* action);
 void addScreenshotCommand(CLI::App& app, Action* action);
 void addCheckCommand(CLI::App& app, Action* action);
+/// library list-changed, library changed, library close
+void addLibraryCommands(CLI::App& app, Action* action);
 /// registry get, set, delete, list
 void addRegistryCommands(CLI::App& app, Action* action);
 

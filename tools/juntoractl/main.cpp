@@ -43,6 +43,7 @@ int run(int argc, char** argv) {
     addScreenshotCommand(app, &action);
     addCheckCommand(app, &action);
     addRegistryCommands(app, &action);
+    addLibraryCommands(app, &action);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

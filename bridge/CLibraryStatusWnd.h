@@ -1,0 +1,42 @@
+// The hidden window through which library notices reach the hub's message loop.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include "framework/CWnd.h"
+
+namespace juntora {
+
+class CLibraryStatus;
+
+/// What wParam of its message means; lParam is a heap text, which the handler ends, or 0.
+enum LibraryNotice { LIBRARY_LIST_CHANGED = 1, LIBRARY_CHANGED = 2, CLOSE_FILE = 3 };
+
+/// The number of that message; 0 where it could not be registered.
+extern const UINT g_nLibraryStatusMessage;
+
+class CLibraryStatusWnd : public CWnd {
+public:
+    explicit CLibraryStatusWnd(CLibraryStatus* owner) : m_pLibraryStatus(owner) {}
+    ~CLibraryStatusWnd() override = default;
+
+    /// Makes the window, hidden, in `parent`. False on failure.
+    bool Create(const CWnd& parent);
+
+    /// Puts a notice with a copy of the text (null: none) into the message loop.
+    void PostNotice(int code, const char* text);
+
+protected:
+    const AFX_MSGMAP& GetMessageMap() const override;
+
+private:
+    LRESULT OnNotice(WPARAM wParam, LPARAM lParam);
+
+    CLibraryStatus* m_pLibraryStatus;  ///< Not owned.
+    /// The texts under way: any program can post the message with an address of its own making.
+    std::map<LPARAM, std::unique_ptr<const std::string>> m_texts;
+};
+
+}  // namespace juntora

@@ -1,0 +1,230 @@
+#include "platform/automation/Bus.h"
+
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "platform/automation/BusAddress.h"
+#include "platform/desktop/CallOut.h"
+#include "platform/desktop/Queue.h"
+#include "platform/desktop/Timers.h"
+#include "platform/desktop/message.h"
+
+namespace juntora::automation {
+namespace {
+
+/// What is served while calls wait inside of each other stops here; the rest stays in line.
+constexpr int DEEPEST = 32;
+
+/// The library's own limit for an answer lies beyond every limit that is watched here.
+constexpr std::uint64_t NEVER_MICROSECONDS = 3'600'000'000;
+
+/// The library's own failures at one look, after which the connection is taken for broken.
+constexpr int MOST_FAILURES = 100;
+
+constexpr char LOCAL_PATH[] = "/org/freedesktop/DBus/Local";
+constexpr char PEER_INTERFACE[] = "org.freedesktop.DBus.Peer";
+
+struct Pending {
+    bool isAnswered = false;
+    Message answer;
+};
+
+}  // namespace
+
+std::unique_ptr<Bus> Bus::open(Receiver receiver, std::string* why) {
+    sd_bus* connection = connectToBus(why);
+    if (connection == nullptr) {
+        return nullptr;
+    }
+    std::unique_ptr<Bus> bus(new Bus(connection, std::move(receiver)));
+    return bus->join(why) ? std::move(bus) : nullptr;
+}
+
+Bus::Bus(sd_bus* bus, Receiver receiver) : m_bus(bus), m_receiver(std::move(receiver)) {}
+
+Bus::~Bus() {
+    if (m_descriptor >= 0) {
+        UnwatchDescriptor(m_descriptor);
+    }
+    if (m_nudge >= 0) {
+        UnwatchDescriptor(m_nudge);
+        close(m_nudge);
+    }
+    sd_bus_close_unref(m_bus);
+}
+
+bool Bus::join(std::string* why) {
+    const char* name = nullptr;
+    if (sd_bus_get_unique_name(m_bus, &name) < 0 ||
+        sd_bus_add_filter(m_bus, nullptr, &onMessage, this) < 0) {
+        *why = "the message bus does not answer";
+        return false;
+    }
+    m_name = name;
+    m_descriptor = sd_bus_get_fd(m_bus);
+    m_nudge = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
+    if (m_nudge < 0 || !WatchDescriptor(m_descriptor, &onReady, this) ||
+        !WatchDescriptor(m_nudge, &onReady, this)) {
+        *why = "the message bus cannot be watched: there are no descriptors left";
+        return false;
+    }
+    return true;
+}
+
+int Bus::onMessage(sd_bus_message* message, void* self, sd_bus_error*) {
+    auto& bus = *static_cast<Bus*>(self);
+    const char* path = sd_bus_message_get_path(message);
+    if (sd_bus_message_is_signal(message, nullptr, "Disconnected") > 0 && path != nullptr &&
+        std::strcmp(path, LOCAL_PATH) == 0) {
+        bus.m_isOpen = false;
+        return 1;
+    }
+    if (sd_bus_message_is_method_call(message, nullptr, nullptr) <= 0 ||
+        sd_bus_message_is_method_call(message, PEER_INTERFACE, nullptr) > 0) {
+        return 0;
+    }
+    bus.later([&bus, kept = std::shared_ptr<sd_bus_message>(sd_bus_message_ref(message),
+                                                            &sd_bus_message_unref)] {
+        bus.m_receiver(Message(sd_bus_message_ref(kept.get())));
+    });
+    return 1;
+}
+
+void Bus::lookAgain() const {
+    const std::uint64_t once = 1;
+    [[maybe_unused]] const auto written = write(m_nudge, &once, sizeof once);
+}
+
+void Bus::onReady(void* self) {
+    auto& bus = *static_cast<Bus*>(self);
+    bus.processAll();
+    if (bus.serveLine()) {
+        bus.lookAgain();
+    }
+}
+
+void Bus::processAll() {
+    // A message that the library fails to handle by itself is behind it all the same.
+    int failures = 0;
+    for (int worked = 1; m_isOpen && worked != 0;) {
+        worked = sd_bus_process(m_bus, nullptr);
+        failures += worked < 0 ? 1 : 0;
+        m_isOpen = m_isOpen && sd_bus_is_open(m_bus) > 0 && failures < MOST_FAILURES;
+    }
+    if (!m_isOpen) {
+        end();
+    }
+}
+
+/// No more than waits now: who calls without a pause does not keep the loop from the rest. Whether
+/// there was any; then there may be more, which the library took in while it waited by itself.
+bool Bus::serveLine() {
+    if (m_depth >= DEEPEST || m_line.empty()) {
+        return false;
+    }
+    ++m_depth;
+    for (std::size_t left = m_line.size(); left > 0 && !m_line.empty(); --left) {
+        const std::function<void()> work = std::move(m_line.front());
+        m_line.pop_front();
+        desktop::callOut("automation", 0, work);
+    }
+    --m_depth;
+    if (m_isOpen) {
+        sd_bus_flush(m_bus);
+    }
+    return true;
+}
+
+void Bus::end() {
+    if (m_descriptor >= 0) {
+        UnwatchDescriptor(m_descriptor);
+        m_descriptor = -1;
+        sd_bus_close(m_bus);
+        if (m_ended) {
+            later(std::exchange(m_ended, nullptr));
+        }
+    }
+}
+
+Message Bus::newCall(const std::string& destination, const std::string& path,
+                     const std::string& interface, const std::string& member) const {
+    sd_bus_message* message = nullptr;
+    const bool isMade = m_isOpen && sd_bus_message_new_method_call(
+                                        m_bus, &message, destination.c_str(), path.c_str(),
+                                        interface.c_str(), member.c_str()) >= 0;
+    if (isMade) {
+        // Programs are started here, where their end is noticed; the bus would wait for them.
+        sd_bus_message_set_auto_start(message, 0);
+    }
+    return Message(isMade ? message : nullptr);
+}
+
+int Bus::onAnswer(sd_bus_message* message, void* pending, sd_bus_error*) {
+    auto& waiting = *static_cast<Pending*>(pending);
+    waiting.isAnswered = true;
+    waiting.answer.reset(sd_bus_message_ref(message));
+    return 1;
+}
+
+Message Bus::call(const Message& message, DWORD milliseconds, HRESULT* error) {
+    *error = RPC_E_DISCONNECTED;
+    Pending pending;
+    sd_bus_slot* slot = nullptr;
+    if (!message || !m_isOpen ||
+        sd_bus_call_async(m_bus, &slot, message.get(), &onAnswer, &pending, NEVER_MICROSECONDS) <
+            0) {
+        return nullptr;
+    }
+    const bool isDone = waitUntil([&] { return pending.isAnswered; }, milliseconds);
+    sd_bus_slot_unref(slot);
+    if (!isDone) {
+        *error = m_isOpen ? RPC_E_TIMEOUT : RPC_E_DISCONNECTED;
+        return nullptr;
+    }
+    if (const sd_bus_error* refused = sd_bus_message_get_error(pending.answer.get())) {
+        *error = resultOfErrorName(refused->name);
+        return nullptr;
+    }
+    *error = S_OK;
+    return std::move(pending.answer);
+}
+
+void Bus::send(const Message& message) const {
+    if (message && m_isOpen) {
+        sd_bus_message_set_expect_reply(message.get(), 0);
+        sd_bus_send(m_bus, message.get(), nullptr);
+        sd_bus_flush(m_bus);
+    }
+}
+
+bool Bus::waitUntil(const std::function<bool()>& isDone, DWORD milliseconds) {
+    desktop::Queue* const queue = desktop::Queue::current();
+    const std::int64_t end = desktop::nowMilliseconds() + milliseconds;
+    for (;;) {
+        processAll();
+        const bool hasServed = serveLine();
+        if (isDone()) {
+            if (hasServed) {
+                lookAgain();
+            }
+            return true;
+        }
+        if (hasServed) {
+            continue;
+        }
+        const std::int64_t left = end - desktop::nowMilliseconds();
+        if (!m_isOpen || left <= 0 || queue == nullptr) {
+            return false;
+        }
+        if (!queue->serveSent()) {
+            queue->waitForSentOr(sd_bus_get_fd(m_bus), static_cast<short>(sd_bus_get_events(m_bus)),
+                                 static_cast<int>(std::min<std::int64_t>(left, milliseconds)));
+        }
+    }
+}
+
+}  // namespace juntora::automation

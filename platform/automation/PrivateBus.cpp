@@ -1,0 +1,202 @@
+#include "platform/automation/PrivateBus.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/file.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cctype>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <sstream>
+
+#include "platform/desktop/Attachment.h"
+#include "platform/desktop/message.h"
+#include "platform/kernel/sync.h"
+
+extern char** environ;
+
+namespace juntora::automation {
+namespace {
+
+constexpr char DAEMON[] = "dbus-daemon";
+constexpr char START_MUTEX[] = "JuntoraBusStart";
+constexpr DWORD START_MILLISECONDS = 5000;
+constexpr DWORD STEP_MILLISECONDS = 5;
+
+/// The daemon knows nothing of the desktop. Every process that is on the bus holds a shared lock on
+/// a file of the desktop's; a shell beside the daemon waits for the exclusive one, which it gets
+/// when the last of them has gone, and ends the daemon while it has it. Who comes meanwhile waits,
+/// and then starts another.
+constexpr char KEEPER[] = R"((
+"$1" --config-file="$2" --nofork --nopidfile &
+flock -x "$3" sh -c '
+    case $(readlink "/proc/$2/exe") in */dbus-daemon) kill -KILL "$2" ;; esac
+    rm -f "$1"
+' sh "$4" "$!"
+) &)";
+
+struct Files {
+    std::string socket;
+    std::string lock;
+    std::string configuration;
+};
+
+bool isInstalled(const std::string& program) {
+    const char* path = std::getenv("PATH");
+    std::istringstream folders(path != nullptr ? path : "/usr/bin:/bin");
+    for (std::string folder; std::getline(folders, folder, ':');) {
+        folder += '/';
+        folder += program;
+        if (access(folder.c_str(), X_OK) == 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// An address may have these characters; the others are told by their numbers.
+std::string addressOf(const std::string& socket) {
+    std::string address = "unix:path=";
+    for (const char character : socket) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (std::isalnum(byte) != 0 || std::strchr("-_/.", character) != nullptr) {
+            address += character;
+        } else {
+            char number[4];
+            std::snprintf(number, sizeof number, "%%%02x", unsigned{byte});
+            address += number;
+        }
+    }
+    return address;
+}
+
+/// With the limits that a session's bus has.
+void writeConfiguration(const Files& files) {
+    std::ofstream stream(files.configuration);
+    stream << "<busconfig><type>session</type><listen>" << addressOf(files.socket)
+           << "</listen><auth>EXTERNAL</auth><standard_session_servicedirs/>";
+    for (const char* limit :
+         {"max_match_rules_per_connection", "max_replies_per_connection",
+          "max_completed_connections", "max_connections_per_user", "max_names_per_connection"}) {
+        stream << "<limit name=\"" << limit << "\">50000</limit>";
+    }
+    stream << "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
+              "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>\n";
+}
+
+/// In a session of its own and without anybody's streams.
+bool startKeeper(const Files& files) {
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        posix_spawn_file_actions_addopen(&actions, stream, "/dev/null", O_RDWR, 0);
+    }
+    posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
+    const char* arguments[] = {"sh",
+                               "-c",
+                               KEEPER,
+                               "sh",
+                               DAEMON,
+                               files.configuration.c_str(),
+                               files.lock.c_str(),
+                               files.socket.c_str(),
+                               nullptr};
+    pid_t shell = -1;
+    const int failure = posix_spawn(&shell, "/bin/sh", &actions, &attributes,
+                                    const_cast<char* const*>(arguments), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    posix_spawnattr_destroy(&attributes);
+    return failure == 0 && waitpid(shell, nullptr, 0) == shell;
+}
+
+/// For as long as this process lives.
+bool holdBus(const Files& files) {
+    static const int held =
+        open(files.lock.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600);
+    return held >= 0 && flock(held, LOCK_SH) == 0;
+}
+
+bool listens(const Files& files) {
+    sockaddr_un name{};
+    name.sun_family = AF_UNIX;
+    if (files.socket.size() >= sizeof name.sun_path) {
+        return false;
+    }
+    std::memcpy(name.sun_path, files.socket.c_str(), files.socket.size() + 1);
+    const int probe = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const bool isThere =
+        probe >= 0 && connect(probe, reinterpret_cast<const sockaddr*>(&name), sizeof name) == 0;
+    if (probe >= 0) {
+        close(probe);
+    }
+    return isThere;
+}
+
+/// With the mutex in hand.
+bool startBus(const Files& files) {
+    if (listens(files)) {
+        return true;
+    }
+    unlink(files.socket.c_str());
+    writeConfiguration(files);
+    if (!startKeeper(files)) {
+        return false;
+    }
+    const DWORD start = GetTickCount();
+    while (!listens(files)) {
+        if (GetTickCount() - start > START_MILLISECONDS) {
+            return false;
+        }
+        Sleep(STEP_MILLISECONDS);
+    }
+    return true;
+}
+
+}  // namespace
+
+bool isPrivateBus(const std::string& address) {
+    desktop::Attachment* desktop = desktop::Attachment::get();
+    return desktop != nullptr && address.starts_with(addressOf(desktop->folderPath() + "/bus"));
+}
+
+std::string addressOfPrivateBus(std::string* why) {
+    desktop::Attachment* desktop = desktop::Attachment::get();
+    if (desktop == nullptr) {
+        *why = "there is no session bus, and no desktop to have one of its own";
+        return "";
+    }
+    const std::string& folder = desktop->folderPath();
+    const Files files{folder + "/bus", folder + "/bus.lock", folder + "/bus.conf"};
+    if (!holdBus(files) || !listens(files)) {
+        if (!isInstalled(DAEMON)) {
+            *why =
+                "there is no session bus, and the program dbus-daemon, which would be one, is not "
+                "installed";
+            return "";
+        }
+        HANDLE const mutex = CreateMutexA(false, START_MUTEX);
+        const bool isTurn =
+            mutex != nullptr && WaitForSingleObject(mutex, 2 * START_MILLISECONDS) != WAIT_TIMEOUT;
+        const bool isStarted = isTurn && startBus(files);
+        if (isTurn) {
+            ReleaseMutex(mutex);
+        }
+        CloseHandle(mutex);
+        if (!isStarted) {
+            *why = "there is no session bus, and dbus-daemon could not be started";
+            return "";
+        }
+    }
+    return addressOf(files.socket);
+}
+
+}  // namespace juntora::automation

@@ -1,0 +1,39 @@
+// An object of another process.
+#pragma once
+
+#include <string>
+
+#include "platform/automation/Bus.h"
+
+namespace juntora::automation {
+
+/// Made with one reference in memory, which stands for one at the owner.
+class RemoteObject final : public IDispatch {
+public:
+    RemoteObject(Bus& bus, ObjectRoad& road, std::string owner, std::string path)
+        : m_bus(bus), m_road(road), m_owner(std::move(owner)), m_path(std::move(path)) {}
+    virtual ~RemoteObject() = default;
+
+    const std::string& owner() const { return m_owner; }
+    const std::string& path() const { return m_path; }
+    /// Gives another process a reference; in order with what is sent to that process next.
+    void shareWith(const std::string& receiver) const;
+
+    DWORD AddRef() override { return ++m_references; }
+    DWORD Release() override;
+    HRESULT QueryInterface(const GUID& iid, IDispatch** out) override;
+    HRESULT GetIDsOfNames(const char* name, LONG* id) override;
+    HRESULT Invoke(LONG id, WORD flags, std::span<VARIANT> arguments, VARIANT* result) override;
+    const DispatchDescription* Describe() const override { return nullptr; }
+
+private:
+    Message newCall(const char* member) const;
+
+    Bus& m_bus;
+    ObjectRoad& m_road;
+    const std::string m_owner;
+    const std::string m_path;
+    DWORD m_references = 1;
+};
+
+}  // namespace juntora::automation

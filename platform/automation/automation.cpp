@@ -1,0 +1,156 @@
+// The one runtime of a process.
+#include "platform/automation/automation.h"
+
+#include <cstdio>
+#include <memory>
+
+#include "platform/automation/ClassNames.h"
+#include "platform/automation/ClassStart.h"
+#include "platform/automation/Objects.h"
+#include "platform/automation/Server.h"
+#include "platform/automation/Services.h"
+#include "platform/automation/protocol.h"
+#include "platform/registry/registry.h"
+
+namespace juntora {
+namespace automation {
+namespace {
+
+/// Bus, objects and server of the automation thread.
+struct Runtime {
+    std::unique_ptr<Bus> bus;
+    std::unique_ptr<Objects> objects;
+    std::unique_ptr<Server> server;
+};
+
+/// Stays until the process ends: objects may call out of static destructors.
+Runtime* g_runtime = nullptr;
+
+void tellOfEnd() {
+    std::fputs(
+        "juntora: the message bus has ended, so no program can create or call this one's objects "
+        "any more. Start the program again once there is a bus.\n",
+        stderr);
+    g_runtime->objects->releaseEverything();
+}
+
+/// A value of a key, empty where there is none.
+std::string readText(HKEY root, const std::string& path) {
+    HKEY key{};
+    if (RegOpenKeyExA(root, path.c_str(), KEY_READ, &key) != ERROR_SUCCESS) {
+        return "";
+    }
+    char text[2048];
+    DWORD size = sizeof text - 1;
+    DWORD type = 0;
+    const bool isText = RegQueryValueExA(key, nullptr, &type, text, &size) == ERROR_SUCCESS &&
+                        (type == REG_SZ || type == REG_EXPAND_SZ);
+    RegCloseKey(key);
+    text[isText ? size : 0] = '\0';
+    return text;
+}
+
+bool find(const GUID& classId, KnownClass* known) {
+    const std::string path = "CLSID\\" + TextOfGuid(classId);
+    const std::string programId = readText(HKEY_CLASSES_ROOT, path + "\\ProgID");
+    *known = {BusNameOfClass(programId), pathOfClass(programId),
+              readText(HKEY_CLASSES_ROOT, path + "\\LocalServer32")};
+    return !programId.empty() && !known->busName.empty();
+}
+
+HRESULT makeInstance(const KnownClass& known, IDispatch** out) {
+    Bus& bus = *g_runtime->bus;
+    HRESULT result = ensureOffered(bus, known);
+    if (result < 0) {
+        return result;
+    }
+    const Message reply =
+        bus.call(bus.newCall(known.busName, known.path, CLASS_INTERFACE, "CreateInstance"),
+                 START_MILLISECONDS, &result);
+    const char* owner = nullptr;
+    const char* path = nullptr;
+    if (!reply) {
+        return result;
+    }
+    if (sd_bus_message_read(reply.get(), "ss", &owner, &path) <= 0) {
+        return E_FAIL;
+    }
+    *out = g_runtime->objects->take(owner, path, sd_bus_message_get_sender(reply.get()));
+    return *out != nullptr ? S_OK : E_FAIL;
+}
+
+}  // namespace
+
+void reloadServices() {
+    if (g_runtime != nullptr) {
+        const Bus& bus = *g_runtime->bus;
+        bus.send(bus.newCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                             "org.freedesktop.DBus", "ReloadConfig"));
+    }
+}
+
+}  // namespace automation
+
+bool StartAutomation(std::string* why) {
+    using namespace automation;
+    if (g_runtime != nullptr) {
+        return true;
+    }
+    auto runtime = std::make_unique<Runtime>();
+    runtime->bus = Bus::open(
+        [](const Message& call) {
+            if (g_runtime != nullptr) {
+                g_runtime->server->answer(call);
+            }
+        },
+        why);
+    if (!runtime->bus) {
+        return false;
+    }
+    runtime->bus->setEnded(&tellOfEnd);
+    runtime->objects = std::make_unique<Objects>(*runtime->bus);
+    runtime->server = std::make_unique<Server>(*runtime->bus, *runtime->objects);
+    g_runtime = runtime.release();
+    return true;
+}
+
+bool ServeClass(const ServedClass& served) {
+    return automation::g_runtime != nullptr && automation::g_runtime->server->serve(served);
+}
+
+std::size_t ForeignReferences() {
+    return automation::g_runtime == nullptr ? 0
+                                            : automation::g_runtime->objects->foreignReferences();
+}
+
+HRESULT CreateObject(const GUID& classId, IDispatch** out) {
+    using namespace automation;
+    *out = nullptr;
+    if (g_runtime == nullptr) {
+        return CO_E_NOTINITIALIZED;
+    }
+    KnownClass known;
+    if (!find(classId, &known)) {
+        return REGDB_E_CLASSNOTREG;
+    }
+    // A program that ends just now, since nobody has wanted it any more, is started anew.
+    constexpr int TRIES = 3;
+    HRESULT result = RPC_E_DISCONNECTED;
+    for (int i = 0; i < TRIES && result == RPC_E_DISCONNECTED && g_runtime->bus->isOpen(); ++i) {
+        result = makeInstance(known, out);
+    }
+    return result;
+}
+
+HRESULT ClassOfProgram(const char* programId, GUID* classId) {
+    const std::string text =
+        automation::readText(HKEY_CLASSES_ROOT, std::string(programId) + "\\CLSID");
+    const auto found = GuidOfText(text);
+    if (!found) {
+        return CO_E_CLASSSTRING;
+    }
+    *classId = *found;
+    return S_OK;
+}
+
+}  // namespace juntora

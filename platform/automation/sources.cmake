@@ -1,0 +1,15 @@
+set(PLATFORM_AUTOMATION_SOURCES
+    automation/Bus.cpp
+    automation/BusAddress.cpp
+    automation/ClassNames.cpp
+    automation/ClassStart.cpp
+    automation/Introspection.cpp
+    automation/LateRelease.cpp
+    automation/Message.cpp
+    automation/Objects.cpp
+    automation/PrivateBus.cpp
+    automation/RemoteObject.cpp
+    automation/Server.cpp
+    automation/automation.cpp
+    automation/guid.cpp
+    automation/registration.cpp)

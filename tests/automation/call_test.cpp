@@ -1,0 +1,157 @@
+// Objects of another process: making them, calling them, and what happens when that process is no
+// good or goes.
+#include <cstdlib>
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include "framework/COleDispatchDriver.h"
+#include "framework/COleObjectFactory.h"
+#include "platform/automation/registration.h"
+#include "tests/automation/testClass.h"
+#include "tests/support/HubProcess.h"
+
+namespace juntora::test {
+namespace {
+
+class CallTest : public TestDesktop {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(AfxOleInit());
+        ASSERT_TRUE(
+            RegisterClassOf({CLASS_ID, PROGRAM_ID, ProgramFolder() + "/automation_server"}));
+    }
+
+    /// What a call fails with; S_OK where it does not.
+    template <class... Arguments>
+    static HRESULT errorOf(COleDispatchDriver& driver, LONG member, Arguments... arguments) {
+        try {
+            driver.InvokeHelper<>(member, arguments...);
+            return S_OK;
+        } catch (CException* exception) {
+            const HRESULT result = dynamic_cast<COleException&>(*exception).m_sc;
+            exception->Delete();
+            return result;
+        }
+    }
+    static HRESULT creationError() {
+        COleException error;
+        COleDispatchDriver driver;
+        return driver.CreateDispatch(PROGRAM_ID, &error) ? S_OK : error.m_sc;
+    }
+};
+
+/// Calls the server again as long as it is told to.
+class Caller : public CCmdTarget {
+public:
+    explicit Caller(COleDispatchDriver& server) : m_server(server) { EnableAutomation(); }
+    int calls = 0;
+
+protected:
+    void OnFinalRelease() override {}
+    const AFX_DISPMAP* GetDispatchMap() const override {
+        static const AFX_DISPMAP_ENTRY entries[] = {DISP_FUNCTION<&Caller::OnCall>("OnCall")};
+        static const AFX_DISPMAP map("Test.Caller", entries);
+        return &map;
+    }
+
+private:
+    LONG OnCall(LONG depth) {
+        ++calls;
+        return depth == 0
+                   ? 0
+                   : 1 + m_server.InvokeHelper<LONG>(CALL_BACK, GetIDispatch(false), depth - 1);
+    }
+
+    COleDispatchDriver& m_server;
+};
+
+TEST_F(CallTest, ValuesGoThereAndBack) {
+    COleDispatchDriver driver;
+    ASSERT_TRUE(driver.CreateDispatch(CLASS_ID));
+    EXPECT_EQ(-3, driver.InvokeHelper<LONG>(ADD, LONG{-5}, LONG{2}));
+    EXPECT_EQ(7, driver.InvokeHelper<LONG>(ADD, 5.0, LONG{2})) << "a number that is whole";
+    for (const std::string text : {"", "plain", "C:\\my files\\a \"b\".olb", "\xC3\xA9t\xC3\xA9",
+                                   "\xE9t\xE9 \x80\xFF", "tab\tline\n"}) {
+        EXPECT_EQ(text, driver.InvokeHelper<std::string>(ECHO, text.c_str()));
+    }
+    const std::string large(200'000, 'x');
+    EXPECT_EQ(large, driver.InvokeHelper<std::string>(ECHO, large.c_str()));
+    LONG number = std::numeric_limits<LONG>::max() - 1;
+    driver.InvokeHelper(BUMP, &number);
+    EXPECT_EQ(std::numeric_limits<LONG>::max(), number);
+    LONG id = 0;
+    EXPECT_EQ(S_OK, driver.m_lpDispatch->GetIDsOfNames("echo", &id)) << "in any case of letters";
+    EXPECT_EQ(ECHO, id);
+}
+
+TEST_F(CallTest, WhatDoesNotFitIsTheCallersError) {
+    COleDispatchDriver driver;
+    EXPECT_EQ(RPC_E_DISCONNECTED, errorOf(driver, ADD)) << "without an object";
+    ASSERT_TRUE(driver.CreateDispatch(CLASS_ID));
+    EXPECT_EQ(DISP_E_BADPARAMCOUNT, errorOf(driver, ADD, LONG{1}));
+    EXPECT_EQ(DISP_E_TYPEMISMATCH, errorOf(driver, ADD, LONG{1}, "2"));
+    EXPECT_EQ(DISP_E_TYPEMISMATCH, errorOf(driver, ADD, LONG{1}, 2.5));
+    EXPECT_EQ(DISP_E_TYPEMISMATCH, errorOf(driver, ECHO, LONG{1}));
+    EXPECT_EQ(DISP_E_MEMBERNOTFOUND, errorOf(driver, 0));
+    EXPECT_EQ(DISP_E_MEMBERNOTFOUND, errorOf(driver, 4711));
+    EXPECT_EQ(DISP_E_EXCEPTION, errorOf(driver, RAISE));
+    LONG id = 0;
+    EXPECT_EQ(DISP_E_UNKNOWNNAME, driver.m_lpDispatch->GetIDsOfNames("Subtract", &id));
+    IDispatch* other = nullptr;
+    EXPECT_EQ(E_NOINTERFACE, driver.m_lpDispatch->QueryInterface(CLASS_ID, &other));
+    EXPECT_EQ(nullptr, other);
+    EXPECT_EQ(3, driver.InvokeHelper<LONG>(ADD, LONG{1}, LONG{2})) << "and no harm is done";
+}
+
+TEST_F(CallTest, WhoIsCalledCallsBack) {
+    COleDispatchDriver driver;
+    ASSERT_TRUE(driver.CreateDispatch(CLASS_ID));
+    Caller caller(driver);
+    EXPECT_EQ(10, driver.InvokeHelper<LONG>(CALL_BACK, caller.GetIDispatch(false), LONG{10}));
+    EXPECT_EQ(11, caller.calls);
+    // While the server waits inside a call of this program, one of its own goes through as well.
+    EXPECT_EQ(0, driver.InvokeHelper<LONG>(CALL_BACK, caller.GetIDispatch(false), LONG{0}));
+    EXPECT_TRUE(waitFor([] { return ForeignReferences() == 0; })) << "nothing of it stays held";
+}
+
+TEST_F(CallTest, ObjectsGoWithTheirReferences) {
+    COleDispatchDriver first;
+    ASSERT_TRUE(first.CreateDispatch(CLASS_ID));
+    EXPECT_EQ(1, first.InvokeHelper<LONG>(REFERENCES));
+    {
+        COleDispatchDriver second;
+        second.AttachDispatch(first.InvokeHelper<IDispatch*>(MAKE));
+        EXPECT_EQ(2, first.InvokeHelper<LONG>(REFERENCES));
+        EXPECT_EQ(5, second.InvokeHelper<LONG>(ADD, LONG{2}, LONG{3}));
+    }
+    EXPECT_TRUE(waitFor([&] { return first.InvokeHelper<LONG>(REFERENCES) == 1; }));
+    EXPECT_EQ(RPC_E_DISCONNECTED, errorOf(first, DIE)) << "it dies in the middle of the call";
+    EXPECT_EQ(RPC_E_DISCONNECTED, errorOf(first, ADD, LONG{1}, LONG{2}));
+    COleDispatchDriver again;
+    EXPECT_TRUE(again.CreateDispatch(CLASS_ID)) << "its program is started anew";
+}
+
+TEST_F(CallTest, EachFaultOfAProgramHasItsOwnError) {
+    const ClassRegistration gone{CLASS_ID, PROGRAM_ID, "/nowhere/program"};
+    ASSERT_TRUE(RegisterClassOf(gone));
+    EXPECT_EQ(CO_E_APPNOTFOUND, creationError());
+    ASSERT_TRUE(UnregisterClassOf(gone));
+    EXPECT_EQ(CO_E_CLASSSTRING, creationError());
+    SetUp();
+    setenv(MODE, "idle", 1);
+    EXPECT_EQ(CO_E_SERVER_START_TIMEOUT, creationError());
+    setenv(MODE, "mute", 1);
+    EXPECT_EQ(RPC_E_TIMEOUT, creationError());
+    unsetenv(MODE);
+}
+
+TEST_F(CallTest, AFaultThatIsMendedIsForgotten) {
+    setenv(MODE, "exit", 1);
+    EXPECT_EQ(CO_E_SERVER_EXEC_FAILURE, creationError());
+    unsetenv(MODE);
+    EXPECT_EQ(S_OK, creationError());
+}
+
+}  // namespace
+}  // namespace juntora::test
