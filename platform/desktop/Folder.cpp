@@ -5,9 +5,10 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <utility>
+
+#include "platform/kernel/hostEnvironment.h"
 
 namespace juntora::desktop {
 namespace {
@@ -18,11 +19,6 @@ bool isFitName(const std::string& name) {
     const char* allowed = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789._-";
     return !name.empty() && name.size() <= MAX_NAME && name.front() != '.' &&
            name.find_first_not_of(allowed) == std::string::npos;
-}
-
-std::string environmentText(const char* name) {
-    const char* value = std::getenv(name);
-    return value == nullptr ? "" : value;
 }
 
 /// Makes and opens `name` below `parent`; -1 with the problem otherwise.
@@ -67,7 +63,7 @@ Folder::~Folder() {
 }
 
 Folder Folder::open(Problem* problem) {
-    std::string name = environmentText("JUNTORA_DESKTOP");
+    std::string name = kernel::hostEnvironment("JUNTORA_DESKTOP");
     if (name.empty()) {
         name = "default";
     }
@@ -77,7 +73,7 @@ Folder Folder::open(Problem* problem) {
                    "not begin with '.'";
         return {};
     }
-    std::string base = environmentText("XDG_RUNTIME_DIR");
+    std::string base = kernel::hostEnvironment("XDG_RUNTIME_DIR");
     std::string level = "juntora";
     if (base.empty() || base.front() != '/') {
         base = "/tmp";

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <ctime>
 #include <string_view>
 #include <utility>
@@ -15,6 +14,7 @@
 
 #include "platform/files/CaseFolding.h"
 #include "platform/files/PathSyntax.h"
+#include "platform/kernel/hostEnvironment.h"
 
 namespace juntora::files {
 namespace {
@@ -25,12 +25,8 @@ constexpr std::int64_t LOOK_AGAIN_MILLISECONDS = 100;
 
 /// The folder of the links with a trailing slash; empty for a user without a place for settings.
 std::string linksFolder() {
-    const char* config = std::getenv("XDG_CONFIG_HOME");
-    if (config != nullptr && *config == '/') {
-        return std::string(config) + "/juntora/drives/";
-    }
-    const char* home = std::getenv("HOME");
-    return home != nullptr && *home == '/' ? std::string(home) + "/.config/juntora/drives/" : "";
+    const std::string configuration = kernel::userFolder("XDG_CONFIG_HOME", "/.config");
+    return configuration.empty() ? configuration : configuration + "/juntora/drives/";
 }
 
 bool isLinkName(std::string_view name) {

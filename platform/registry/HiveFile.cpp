@@ -5,10 +5,10 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 
 #include "platform/kernel/SystemError.h"
+#include "platform/kernel/hostEnvironment.h"
 #include "platform/messages.h"
 
 namespace juntora::registry {
@@ -17,11 +17,6 @@ namespace {
 constexpr char MACHINE_PATH[] = "/var/lib/juntora/registry.db";
 constexpr char USER_NAME[] = "/juntora/registry.db";
 constexpr mode_t WRITABLE_BY_OTHERS = S_IWGRP | S_IWOTH;
-
-std::string environmentText(const char* name) {
-    const char* value = std::getenv(name);
-    return value == nullptr ? "" : value;
-}
 
 std::string folderOf(const std::string& path) { return path.substr(0, path.rfind('/')); }
 
@@ -49,7 +44,7 @@ DWORD failBySystem(const char* what, const std::string& path, Problem* problem) 
 }  // namespace
 
 DWORD locateHive(HiveKind kind, std::string* path, Problem* problem) {
-    const std::string folder = environmentText("JUNTORA_REGISTRY");
+    const std::string folder = kernel::hostEnvironment("JUNTORA_REGISTRY");
     if (!folder.empty()) {
         if (folder.front() != '/') {
             *problem = "JUNTORA_REGISTRY is \"" + folder + "\"; it must begin with \"/\"";
@@ -62,14 +57,10 @@ DWORD locateHive(HiveKind kind, std::string* path, Problem* problem) {
         *path = MACHINE_PATH;
         return ERROR_SUCCESS;
     }
-    std::string data = environmentText("XDG_DATA_HOME");
-    if (data.empty() || data.front() != '/') {
-        data = environmentText("HOME");
-        if (data.empty() || data.front() != '/') {
-            *problem = "there is no place for the user's registry; set HOME or JUNTORA_REGISTRY";
-            return ERROR_REGISTRY_IO_FAILED;
-        }
-        data += "/.local/share";
+    const std::string data = kernel::userFolder("XDG_DATA_HOME", "/.local/share");
+    if (data.empty()) {
+        *problem = "there is no place for the user's registry; set HOME or JUNTORA_REGISTRY";
+        return ERROR_REGISTRY_IO_FAILED;
     }
     *path = data + USER_NAME;
     return ERROR_SUCCESS;

@@ -12,6 +12,17 @@ using registry::OpenKey;
 
 namespace {
 
+/// The open key from which a path leads, and the path itself: what every call begins with.
+struct Way {
+    OpenKey::Pointer from;
+    KeyPath path;
+};
+
+DWORD findWay(HKEY key, const char* text, Way* way) {
+    way->from = registry::keyOf(key);
+    return way->from == nullptr ? ERROR_INVALID_HANDLE : registry::appendPath(text, &way->path);
+}
+
 DWORD finish(DWORD error, OpenKey::Pointer key, HKEY* result) {
     if (error == ERROR_SUCCESS) {
         *result = registry::addHandle(std::move(key));
@@ -20,69 +31,46 @@ DWORD finish(DWORD error, OpenKey::Pointer key, HKEY* result) {
 }
 
 DWORD remove(HKEY key, const char* text, registry::Removal removal) {
-    const OpenKey::Pointer from = registry::keyOf(key);
-    if (from == nullptr) {
-        return ERROR_INVALID_HANDLE;
-    }
-    KeyPath path;
-    if (const DWORD error = registry::appendPath(text, &path)) {
+    Way way;
+    if (const DWORD error = findWay(key, text, &way)) {
         return error;
     }
-    return path.empty() ? ERROR_INVALID_PARAMETER : from->remove(path, removal);
+    return way.path.empty() ? ERROR_INVALID_PARAMETER : way.from->remove(way.path, removal);
 }
 
 }  // namespace
 
 DWORD RegOpenKeyExA(HKEY key, const char* path, REGSAM access, HKEY* result) {
-    const OpenKey::Pointer from = registry::keyOf(key);
-    KeyPath elements;
-    OpenKey::Pointer found;
-    if (from == nullptr) {
-        return ERROR_INVALID_HANDLE;
+    Way way;
+    if (const DWORD error = findWay(key, path, &way)) {
+        return error;
     }
     if (result == nullptr) {
         return ERROR_INVALID_PARAMETER;
     }
-    if (const DWORD error = registry::appendPath(path, &elements)) {
-        return error;
-    }
-    const DWORD error = from->open(elements, access, &found);
+    OpenKey::Pointer found;
+    const DWORD error = way.from->open(way.path, access, &found);
     return finish(error, std::move(found), result);
 }
 
 DWORD RegOpenKeyW(HKEY key, const char16_t* path, HKEY* result) {
-    const OpenKey::Pointer from = registry::keyOf(key);
-    KeyPath elements;
     std::string text;
-    if (from == nullptr) {
-        return ERROR_INVALID_HANDLE;
-    }
-    if (result == nullptr || !registry::toUtf8(path == nullptr ? u"" : path, &text)) {
-        return ERROR_INVALID_PARAMETER;
-    }
-    if (const DWORD error = registry::appendPath(text.c_str(), &elements)) {
-        return error;
-    }
-    OpenKey::Pointer found;
-    const DWORD error = from->open(elements, registry::WHAT_CAN_BE_HAD, &found);
-    return finish(error, std::move(found), result);
+    const bool isText = registry::toUtf8(path == nullptr ? u"" : path, &text);
+    return isText ? RegOpenKeyExA(key, text.c_str(), registry::WHAT_CAN_BE_HAD, result)
+                  : ERROR_INVALID_PARAMETER;
 }
 
 DWORD RegCreateKeyExA(HKEY key, const char* path, REGSAM access, HKEY* result, DWORD* disposition) {
-    const OpenKey::Pointer from = registry::keyOf(key);
-    KeyPath elements;
-    if (from == nullptr) {
-        return ERROR_INVALID_HANDLE;
+    Way way;
+    if (const DWORD error = findWay(key, path, &way)) {
+        return error;
     }
     if (result == nullptr) {
         return ERROR_INVALID_PARAMETER;
     }
-    if (const DWORD error = registry::appendPath(path, &elements)) {
-        return error;
-    }
     OpenKey::Pointer found;
     bool isNew = false;
-    const DWORD error = from->create(elements, access, &found, &isNew);
+    const DWORD error = way.from->create(way.path, access, &found, &isNew);
     if (error == ERROR_SUCCESS && disposition != nullptr) {
         *disposition = isNew ? REG_CREATED_NEW_KEY : REG_OPENED_EXISTING_KEY;
     }
