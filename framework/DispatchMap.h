@@ -15,7 +15,6 @@
 #pragma once
 
 #include <array>
-#include <cmath>
 #include <optional>
 #include <span>
 #include <string>
@@ -56,33 +55,6 @@ private:
 
 namespace detail {
 
-/// What a parameter's type takes of a value: nothing where it does not fit.
-template <class Type>
-std::optional<Type> takeAs(VARIANT& value) {
-    if constexpr (std::is_same_v<Type, const char*>) {
-        const auto* text = std::get_if<std::string>(&value);
-        return text ? std::optional(text->c_str()) : std::nullopt;
-    } else if constexpr (std::is_same_v<Type, LONG*>) {
-        auto* number = std::get_if<LONG>(&value);
-        return number ? std::optional(number) : std::nullopt;
-    } else {
-        if (const auto* exact = std::get_if<Type>(&value)) {
-            return *exact;
-        }
-        if constexpr (std::is_same_v<Type, double>) {
-            const auto* whole = std::get_if<LONG>(&value);
-            return whole ? std::optional<double>(*whole) : std::nullopt;
-        } else if constexpr (std::is_same_v<Type, LONG>) {
-            const auto* number = std::get_if<double>(&value);
-            const bool fits = number && std::trunc(*number) == *number &&
-                              *number >= -2147483648.0 && *number <= 2147483647.0;
-            return fits ? std::optional(static_cast<LONG>(*number)) : std::nullopt;
-        } else {
-            return std::nullopt;
-        }
-    }
-}
-
 template <class Type>
 constexpr VariantKind kindOf() {
     if constexpr (std::is_void_v<Type>) {
@@ -98,6 +70,21 @@ constexpr VariantKind kindOf() {
     } else {
         static_assert(std::is_same_v<Type, IDispatch*>, "a member cannot have this type");
         return VariantKind::OBJECT;
+    }
+}
+
+/// What a parameter's type takes of a value: nothing where it does not fit.
+template <class Type>
+std::optional<Type> takeAs(VARIANT& value) {
+    if constexpr (std::is_same_v<Type, const char*>) {
+        const auto* text = std::get_if<std::string>(&value);
+        return text ? std::optional(text->c_str()) : std::nullopt;
+    } else if constexpr (std::is_same_v<Type, LONG*>) {
+        auto* number = std::get_if<LONG>(&value);
+        return number ? std::optional(number) : std::nullopt;
+    } else {
+        const std::optional<VARIANT> fit = ValueAs(kindOf<Type>(), value);
+        return fit ? std::optional(std::get<Type>(*fit)) : std::nullopt;
     }
 }
 

@@ -10,24 +10,32 @@
 
 namespace juntora::automation {
 
+/// The bus itself, as one on it.
+inline constexpr char DAEMON_NAME[] = "org.freedesktop.DBus";
+inline constexpr char DAEMON_PATH[] = "/org/freedesktop/DBus";
+
 /// For the thread that made it. Nothing that the program has written runs from inside the
 /// library's own processing, which must not be entered twice: what comes in is put into a line and
-/// served from the message loop, or while this thread waits for an answer.
+/// served from the message loop, or while this thread waits for an answer. Nothing waits for a bus
+/// that does not read, either: what it does not take is sent later.
 class Bus {
 public:
     using Receiver = std::function<void(Message)>;
+    struct Events {
+        Receiver called;                   ///< A call has come in.
+        Receiver answeredLate;             ///< An answer for which nobody waits any more.
+        std::function<void()> ended = {};  ///< The bus has ended; once.
+    };
 
     /// Connects, and has the thread's message loop watch the connection. Null with the reason in
     /// `*why`.
-    static std::unique_ptr<Bus> open(Receiver receiver, std::string* why);
+    static std::unique_ptr<Bus> open(Events events, std::string* why);
     ~Bus();
     Bus(const Bus&) = delete;
     Bus& operator=(const Bus&) = delete;
 
     /// False once the bus has ended. What was held for others then counts as released.
     bool isOpen() const { return m_isOpen; }
-    /// Called once, when the bus ends.
-    void setEnded(std::function<void()> ended) { m_ended = std::move(ended); }
 
     sd_bus* handle() const { return m_bus; }
     /// This connection's own name.
@@ -44,29 +52,32 @@ public:
     /// Waits until `isDone`, serving what comes meanwhile. False when the time is over or the bus
     /// has ended.
     bool waitUntil(const std::function<bool()>& isDone, DWORD milliseconds);
-    /// To be called behind a call of the library's that waits by itself: what has come meanwhile it
-    /// has taken in, so that the connection never becomes readable for it. The loop looks.
+    /// To be called behind what has sent a message, or has waited by itself: what came meanwhile
+    /// has been taken in, so that the connection never becomes readable for it. The loop looks, and
+    /// sends what the bus has not taken yet.
     void lookAgain() const;
     /// Runs `work` from the line, behind what came before it.
-    void later(std::function<void()> work) { m_line.push_back(std::move(work)); }
+    void later(std::function<void()> work);
 
 private:
-    Bus(sd_bus* bus, Receiver receiver);
+    struct Pending;
+
+    Bus(sd_bus* bus, Events events);
     bool join(std::string* why);
-    void processAll();
+    bool processSome();
     bool serveLine();
     void end();
+    void nudgeAfter(long nanoseconds) const;
     static int onMessage(sd_bus_message* message, void* self, sd_bus_error* error);
     static int onAnswer(sd_bus_message* message, void* pending, sd_bus_error* error);
     static void onReady(void* self);
 
     sd_bus* const m_bus;
-    const Receiver m_receiver;
-    std::function<void()> m_ended;
+    Events m_events;
     std::string m_name;
     std::deque<std::function<void()>> m_line;
     int m_descriptor = -1;
-    int m_nudge = -1;  ///< An event descriptor that the loop watches too.
+    int m_nudge = -1;  ///< A clock's descriptor, which the loop watches too.
     int m_depth = 0;
     bool m_isOpen = true;
 };

@@ -3,27 +3,31 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstdlib>
+#include <cstdint>
 
 #include <systemd/sd-bus.h>
 
 #include "platform/automation/PrivateBus.h"
+#include "platform/desktop/Timers.h"
+#include "platform/kernel/hostEnvironment.h"
 
 namespace juntora::automation {
 namespace {
 
-std::string fromEnvironment(const char* name) {
-    const char* value = std::getenv(name);
-    return value != nullptr ? value : "";
-}
+/// For a bus that is stopped, or under a load that nothing can be done with.
+constexpr std::int64_t CONNECT_MILLISECONDS = 10'000;
+constexpr std::uint64_t MICROSECONDS = 1'000;
+
+/// The library's own calls of the bus wait no longer than this.
+constexpr std::uint64_t OWN_CALLS_MICROSECONDS = 5'000'000;
 
 /// The address that the session has told, or the place where its bus commonly is.
 std::string addressOfSession() {
-    std::string address = fromEnvironment("DBUS_SESSION_BUS_ADDRESS");
+    std::string address = kernel::hostEnvironment("DBUS_SESSION_BUS_ADDRESS");
     if (!address.empty()) {
         return isPrivateBus(address) ? "" : address;
     }
-    const std::string folder = fromEnvironment("XDG_RUNTIME_DIR");
+    const std::string folder = kernel::hostEnvironment("XDG_RUNTIME_DIR");
     const std::string socket = folder + "/bus";
     struct stat status {};
     const bool isThere = !folder.empty() && stat(socket.c_str(), &status) == 0 &&
@@ -31,14 +35,29 @@ std::string addressOfSession() {
     return isThere ? "unix:path=" + socket : "";
 }
 
+/// Until the bus has given this connection its name.
+bool awaitWelcome(sd_bus* bus) {
+    const std::int64_t end = desktop::nowMilliseconds() + CONNECT_MILLISECONDS;
+    while (sd_bus_is_ready(bus) == 0) {
+        const std::int64_t left = end - desktop::nowMilliseconds();
+        const int worked = left > 0 ? sd_bus_process(bus, nullptr) : -1;
+        if (worked < 0) {
+            return false;
+        }
+        if (worked == 0) {
+            sd_bus_wait(bus, static_cast<std::uint64_t>(left) * MICROSECONDS);
+        }
+    }
+    return sd_bus_is_ready(bus) > 0;
+}
+
 sd_bus* connectTo(const std::string& address) {
     sd_bus* bus = nullptr;
     if (sd_bus_new(&bus) >= 0 && sd_bus_set_address(bus, address.c_str()) >= 0 &&
-        sd_bus_set_bus_client(bus, 1) >= 0 && sd_bus_start(bus) >= 0) {
-        const char* name = nullptr;
-        if (sd_bus_get_unique_name(bus, &name) >= 0) {
-            return bus;
-        }
+        sd_bus_set_bus_client(bus, 1) >= 0 &&
+        sd_bus_set_method_call_timeout(bus, OWN_CALLS_MICROSECONDS) >= 0 &&
+        sd_bus_start(bus) >= 0 && awaitWelcome(bus)) {
+        return bus;
     }
     sd_bus_close_unref(bus);
     return nullptr;

@@ -13,8 +13,7 @@ constexpr char HEAD[] =
     "\"http://www.freedesktop.org/standards/dbus/1.0/introspect.dtd\">\n<node>\n";
 
 constexpr char CLASS_MEMBERS[] =
-    "  <method name=\"CreateInstance\"><arg type=\"s\" direction=\"out\"/>"
-    "<arg type=\"s\" direction=\"out\"/></method>\n";
+    "  <method name=\"CreateInstance\"><arg type=\"(ss)\" direction=\"out\"/></method>\n";
 
 constexpr char OBJECT_MEMBERS[] =
     "  <method name=\"GetIDOfName\"><arg type=\"s\" direction=\"in\"/>"

@@ -3,7 +3,6 @@
 #include <charconv>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "platform/automation/RemoteObject.h"
 #include "platform/automation/protocol.h"
@@ -13,42 +12,46 @@ namespace {
 
 constexpr std::string_view OBJECT_PATH = "/juntora/object/";
 constexpr char ROAD_MARK = '>';  ///< In no bus name.
-
-}  // namespace
+constexpr char UNIQUE_MARK = ':';
 
 std::string pathOfObject(DWORD number) { return std::string(OBJECT_PATH) + std::to_string(number); }
 
+}  // namespace
+
 Objects::~Objects() { releaseEverything(); }
 
-bool Objects::give(IDispatch* object, const std::string& receiver, std::string* owner,
-                   std::string* path) {
+bool Objects::give(IDispatch* object, const std::string& receiver, ObjectAddress* address) {
     if (const auto* remote = dynamic_cast<const RemoteObject*>(object)) {
-        *owner = remote->owner();
-        *path = remote->path();
-        remote->shareWith(receiver);
+        *address = remote->address();
         return true;
     }
-    const DWORD number = numberOf(object);
-    if (!addReference(number, receiver)) {
-        drop(number, 0);
-        return false;
-    }
-    *owner = m_bus.name();
-    *path = pathOfObject(number);
-    return true;
+    const Number number = numberOf(object);
+    *address = {m_bus.name(), pathOfObject(number)};
+    return addReference(number, receiver);
 }
 
-IDispatch* Objects::take(const std::string& owner, const std::string& path,
-                         const std::string& sender) {
-    if (owner != m_bus.name()) {
-        return new RemoteObject(m_bus, *this, owner, path);
+void Objects::announce(IDispatch* object, const std::string& receiver) {
+    if (const auto* remote = dynamic_cast<const RemoteObject*>(object)) {
+        remote->shareWith(receiver);
+    }
+}
+
+void Objects::takeBack(IDispatch* object, const std::string& receiver) {
+    if (const auto known = m_numbers.find(object); known != m_numbers.end()) {
+        releaseOne(known->second, receiver);
+    }
+}
+
+IDispatch* Objects::take(const ObjectAddress& address, const std::string& sender) {
+    if (address.owner != m_bus.name()) {
+        return new RemoteObject(m_bus, *this, address);
     }
     // One of this process's own has come back: the reference on the road becomes one in memory.
-    const std::string road = sender == owner ? owner : roadOf(sender);
-    IDispatch* object = held(path, road);
+    const std::string road = sender == address.owner ? sender : roadOf(sender);
+    IDispatch* object = held(address.path, road);
     if (object != nullptr) {
         object->AddRef();
-        release(path, road);
+        release(address.path, road);
     }
     return object;
 }
@@ -56,8 +59,7 @@ IDispatch* Objects::take(const std::string& owner, const std::string& path,
 /// The holder of references that a process has given to this one, until they are taken.
 std::string Objects::roadOf(const std::string& sender) { return ROAD_MARK + sender; }
 
-/// Known objects keep their number for as long as somebody holds them.
-DWORD Objects::numberOf(IDispatch* object) {
+Objects::Number Objects::numberOf(IDispatch* object) {
     const auto known = m_numbers.find(object);
     if (known != m_numbers.end()) {
         return known->second;
@@ -65,86 +67,78 @@ DWORD Objects::numberOf(IDispatch* object) {
     while (++m_last == 0 || m_objects.contains(m_last)) {
     }
     m_numbers[object] = m_last;
-    m_objects[m_last] = object;
+    m_objects[m_last] = {object};
     return m_last;
 }
 
-IDispatch* Objects::at(const std::string& path, DWORD* number) const {
+/// 0 for a path that is no object's.
+Objects::Number Objects::numberAt(const std::string& path) const {
     const std::string_view text = path;
     if (!text.starts_with(OBJECT_PATH)) {
-        return nullptr;
+        return 0;
     }
+    Number number = 0;
     const char* const end = text.data() + text.size();
-    const auto parsed = std::from_chars(text.data() + OBJECT_PATH.size(), end, *number);
-    const auto found = m_objects.find(*number);
-    return parsed.ec != std::errc() || parsed.ptr != end || found == m_objects.end()
-               ? nullptr
-               : found->second;
+    const auto parsed = std::from_chars(text.data() + OBJECT_PATH.size(), end, number);
+    return parsed.ec == std::errc() && parsed.ptr == end ? number : 0;
 }
 
-bool Objects::addReference(DWORD number, const std::string& holder) {
-    Holder& entry = m_holders[holder];
-    if (!entry.track && !watch(entry, holder)) {
+bool Objects::holds(const std::string& holder, Number number) const {
+    const auto entry = m_holders.find(holder);
+    return entry != m_holders.end() && entry->second.references.contains(number);
+}
+
+IDispatch* Objects::held(const std::string& path, const std::string& holder) const {
+    const Number number = numberAt(path);
+    return holds(holder, number) ? m_objects.at(number).object : nullptr;
+}
+
+/// False where the holder can hold nothing; an object that nobody holds then is forgotten.
+bool Objects::addReference(Number number, const std::string& holder) {
+    Entry& entry = m_objects.at(number);
+    Holder& known = m_holders[holder];
+    if (!known.watch && !watch(known, holder)) {
         m_holders.erase(holder);
+        drop(number, 0);
         return false;
     }
-    ++entry.references[number];
-    m_objects.at(number)->AddRef();
+    ++known.references[number];
+    ++entry.references;
+    entry.object->AddRef();
     return true;
 }
 
-/// Fails for a process that has gone already. This one needs no watching; who has a reference on
-/// the road is watched in its stead.
+/// This process needs no watching; who has a reference on the road is watched in its stead. Names
+/// that can pass to another process hold nothing.
 bool Objects::watch(Holder& holder, const std::string& key) {
     const std::string name = key.starts_with(ROAD_MARK) ? key.substr(1) : key;
     if (name == m_bus.name()) {
         return true;
     }
-    if (!name.starts_with(':')) {
-        return false;  // Names that can pass to another process hold nothing.
-    }
-    sd_bus_track* track = nullptr;
-    if (sd_bus_track_new(m_bus.handle(), &track, &onGone, this) < 0) {
+    if (!name.starts_with(UNIQUE_MARK) || !m_bus.isOpen()) {
         return false;
     }
-    holder.track.reset(track);
-    if (sd_bus_track_add_name(track, name.c_str()) < 0) {
-        holder.track.reset();
-        return false;
-    }
-    return true;
-}
-
-int Objects::onGone(sd_bus_track* track, void* self) {
-    auto& objects = *static_cast<Objects*>(self);
-    for (const auto& [name, holder] : objects.m_holders) {
-        if (holder.track.get() == track) {
+    holder.watch = std::make_unique<NameWatch>(m_bus, name, [this, key](bool isThere) {
+        if (!isThere) {
             // Objects that end do what they like: not from in here.
-            objects.m_bus.later([&objects, gone = name] { objects.releaseAllOf(gone); });
-            break;
+            m_bus.later([this, key] { releaseAllOf(key); });
         }
-    }
-    return 1;
-}
-
-IDispatch* Objects::held(const std::string& path, const std::string& holder) const {
-    DWORD number = 0;
-    IDispatch* object = at(path, &number);
-    const auto entry = m_holders.find(holder);
-    const bool isHeld =
-        object != nullptr && entry != m_holders.end() && entry->second.references.contains(number);
-    return isHeld ? object : nullptr;
+    });
+    return holder.watch->isWatching();
 }
 
 bool Objects::share(const std::string& path, const std::string& holder, const std::string& other) {
-    DWORD number = 0;
-    return held(path, holder) != nullptr && at(path, &number) != nullptr &&
+    const Number number = numberAt(path);
+    return holds(holder, number) &&
            addReference(number, other == m_bus.name() ? roadOf(holder) : other);
 }
 
 bool Objects::release(const std::string& path, const std::string& holder) {
-    DWORD number = 0;
-    if (held(path, holder) == nullptr || at(path, &number) == nullptr) {
+    return releaseOne(numberAt(path), holder);
+}
+
+bool Objects::releaseOne(Number number, const std::string& holder) {
+    if (!holds(holder, number)) {
         return false;
     }
     const auto entry = m_holders.find(holder);
@@ -154,15 +148,12 @@ bool Objects::release(const std::string& path, const std::string& holder) {
         std::erase_if(entry->second.ofClasses,
                       [&](const auto& ofClass) { return ofClass.second == number; });
     }
-    if (entry->second.references.empty()) {
-        m_holders.erase(entry);
-    }
     drop(number, 1);
     return true;
 }
 
 void Objects::releaseAllOf(const std::string& holder) {
-    auto entry = m_holders.extract(holder);
+    const auto entry = m_holders.extract(holder);
     if (entry.empty()) {
         return;
     }
@@ -178,17 +169,11 @@ void Objects::releaseEverything() {
 }
 
 /// Gives back references to an object, and forgets it when nobody holds it any more.
-void Objects::drop(DWORD number, DWORD references) {
+void Objects::drop(Number number, DWORD references) {
     const auto found = m_objects.find(number);
-    if (found == m_objects.end()) {
-        return;
-    }
-    IDispatch* const object = found->second;
-    bool isHeld = false;
-    for (const auto& [name, holder] : m_holders) {
-        isHeld = isHeld || holder.references.contains(number);
-    }
-    if (!isHeld) {
+    IDispatch* const object = found->second.object;
+    found->second.references -= references;
+    if (found->second.references == 0) {
         m_numbers.erase(object);
         m_objects.erase(found);
     }
@@ -200,19 +185,17 @@ IDispatch* Objects::classObject(const ServedClass& served, const std::string& ho
     if (entry != m_holders.end()) {
         const auto known = entry->second.ofClasses.find(served.programId);
         if (known != entry->second.ofClasses.end()) {
-            return m_objects.at(known->second);
+            return m_objects.at(known->second).object;
         }
     }
     IDispatch* object = served.create();
     if (object == nullptr) {
         return nullptr;
     }
-    const DWORD number = numberOf(object);
+    const Number number = numberOf(object);
     const bool isHeld = addReference(number, holder);
     if (isHeld) {
         m_holders[holder].ofClasses[served.programId] = number;
-    } else {
-        drop(number, 0);
     }
     object->Release();  // The holder's reference keeps it, if there is one.
     return isHeld ? object : nullptr;
@@ -220,8 +203,8 @@ IDispatch* Objects::classObject(const ServedClass& served, const std::string& ho
 
 std::size_t Objects::foreignReferences() const {
     std::size_t count = 0;
-    for (const auto& [name, holder] : m_holders) {
-        count += holder.references.size();
+    for (const auto& [number, entry] : m_objects) {
+        count += entry.references;
     }
     return count;
 }

@@ -4,9 +4,12 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <unordered_map>
 
 #include "platform/automation/Bus.h"
 #include "platform/automation/LateRelease.h"
+#include "platform/automation/NameWatch.h"
+#include "platform/automation/ObjectRoad.h"
 
 namespace juntora::automation {
 
@@ -19,10 +22,10 @@ public:
     Objects(const Objects&) = delete;
     Objects& operator=(const Objects&) = delete;
 
-    bool give(IDispatch* object, const std::string& receiver, std::string* owner,
-              std::string* path) override;
-    IDispatch* take(const std::string& owner, const std::string& path,
-                    const std::string& sender) override;
+    bool give(IDispatch* object, const std::string& receiver, ObjectAddress* address) override;
+    void announce(IDispatch* object, const std::string& receiver) override;
+    void takeBack(IDispatch* object, const std::string& receiver) override;
+    IDispatch* take(const ObjectAddress& address, const std::string& sender) override;
 
     /// The object of a path, for a process that holds a reference to it; null for any other.
     IDispatch* held(const std::string& path, const std::string& holder) const;
@@ -42,31 +45,33 @@ public:
     std::size_t foreignReferences() const;
 
 private:
-    struct TrackEnd {
-        void operator()(sd_bus_track* track) const { sd_bus_track_unref(track); }
+    using Number = DWORD;  ///< Of an object, for as long as somebody holds it.
+
+    struct Entry {
+        IDispatch* object;
+        DWORD references = 0;  ///< Of all holders.
     };
+    /// A process that holds references, or has; it is known until it leaves the bus.
     struct Holder {
-        std::unique_ptr<sd_bus_track, TrackEnd> track;
-        std::map<DWORD, DWORD> references;       ///< By the object's number.
-        std::map<std::string, DWORD> ofClasses;  ///< By the program identifier.
+        std::unique_ptr<NameWatch> watch;
+        std::unordered_map<Number, DWORD> references;
+        std::map<std::string, Number> ofClasses;  ///< By the program identifier.
     };
-    DWORD numberOf(IDispatch* object);
-    IDispatch* at(const std::string& path, DWORD* number) const;
-    bool addReference(DWORD number, const std::string& holder);
+    Number numberOf(IDispatch* object);
+    Number numberAt(const std::string& path) const;
+    bool holds(const std::string& holder, Number number) const;
+    bool addReference(Number number, const std::string& holder);
     bool watch(Holder& holder, const std::string& key);
+    bool releaseOne(Number number, const std::string& holder);
+    void drop(Number number, DWORD references);
     static std::string roadOf(const std::string& sender);
-    void drop(DWORD number, DWORD references);
-    static int onGone(sd_bus_track* track, void* watch);
 
     Bus& m_bus;
     LateRelease m_released;
-    std::map<DWORD, IDispatch*> m_objects;
-    std::map<IDispatch*, DWORD> m_numbers;
-    std::map<std::string, Holder> m_holders;
-    DWORD m_last = 0;
+    std::unordered_map<Number, Entry> m_objects;
+    std::unordered_map<IDispatch*, Number> m_numbers;
+    std::unordered_map<std::string, Holder> m_holders;
+    Number m_last = 0;
 };
-
-/// The path of an object's number.
-std::string pathOfObject(DWORD number);
 
 }  // namespace juntora::automation

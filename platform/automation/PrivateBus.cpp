@@ -9,14 +9,15 @@
 #include <unistd.h>
 
 #include <cctype>
+#include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <sstream>
 
 #include "platform/desktop/Attachment.h"
 #include "platform/desktop/message.h"
+#include "platform/kernel/hostEnvironment.h"
 #include "platform/kernel/sync.h"
 
 extern char** environ;
@@ -32,13 +33,14 @@ constexpr DWORD STEP_MILLISECONDS = 5;
 /// The daemon knows nothing of the desktop. Every process that is on the bus holds a shared lock on
 /// a file of the desktop's; a shell beside the daemon waits for the exclusive one, which it gets
 /// when the last of them has gone, and ends the daemon while it has it. Who comes meanwhile waits,
-/// and then starts another.
+/// and then starts another. The shell that has started both stays until the daemon has ended, so
+/// that its number is nobody else's while it may be used, and nobody waits for a daemon that has
+/// died.
 constexpr char KEEPER[] = R"((
-"$1" --config-file="$2" --nofork --nopidfile &
-flock -x "$3" sh -c '
-    case $(readlink "/proc/$2/exe") in */dbus-daemon) kill -KILL "$2" ;; esac
-    rm -f "$1"
-' sh "$4" "$!"
+"$1" --config-file="$2" --nofork --nopidfile & daemon=$!
+flock -x "$3" sh -c 'rm -f "$1"; kill -KILL "$2"' sh "$4" "$daemon" & keeper=$!
+wait "$daemon"
+kill "$keeper"
 ) &)";
 
 struct Files {
@@ -48,8 +50,8 @@ struct Files {
 };
 
 bool isInstalled(const std::string& program) {
-    const char* path = std::getenv("PATH");
-    std::istringstream folders(path != nullptr ? path : "/usr/bin:/bin");
+    const std::string path = kernel::hostEnvironment("PATH");
+    std::istringstream folders(path.empty() ? "/usr/bin:/bin" : path);
     for (std::string folder; std::getline(folders, folder, ':');) {
         folder += '/';
         folder += program;
@@ -125,16 +127,20 @@ bool holdBus(const Files& files) {
     return held >= 0 && flock(held, LOCK_SH) == 0;
 }
 
+bool isNameShortEnough(const std::string& socket) {
+    return socket.size() < sizeof sockaddr_un{}.sun_path;
+}
+
 bool listens(const Files& files) {
     sockaddr_un name{};
     name.sun_family = AF_UNIX;
-    if (files.socket.size() >= sizeof name.sun_path) {
-        return false;
-    }
     std::memcpy(name.sun_path, files.socket.c_str(), files.socket.size() + 1);
-    const int probe = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const int probe = socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+    // One that has no time for more callers is there all the same.
     const bool isThere =
-        probe >= 0 && connect(probe, reinterpret_cast<const sockaddr*>(&name), sizeof name) == 0;
+        probe >= 0 &&
+        (connect(probe, reinterpret_cast<const sockaddr*>(&name), sizeof name) == 0 ||
+         errno == EAGAIN);
     if (probe >= 0) {
         close(probe);
     }
@@ -161,6 +167,27 @@ bool startBus(const Files& files) {
     return true;
 }
 
+bool startBusInTurn(const Files& files, std::string* why) {
+    if (!isInstalled(DAEMON)) {
+        *why =
+            "there is no session bus, and the program dbus-daemon, which would be one, is not "
+            "installed";
+        return false;
+    }
+    HANDLE const mutex = CreateMutexA(false, START_MUTEX);
+    const bool isTurn =
+        mutex != nullptr && WaitForSingleObject(mutex, 2 * START_MILLISECONDS) != WAIT_TIMEOUT;
+    const bool isStarted = isTurn && startBus(files);
+    if (isTurn) {
+        ReleaseMutex(mutex);
+    }
+    CloseHandle(mutex);
+    if (!isStarted) {
+        *why = "there is no session bus, and dbus-daemon could not be started";
+    }
+    return isStarted;
+}
+
 }  // namespace
 
 bool isPrivateBus(const std::string& address) {
@@ -176,27 +203,15 @@ std::string addressOfPrivateBus(std::string* why) {
     }
     const std::string& folder = desktop->folderPath();
     const Files files{folder + "/bus", folder + "/bus.lock", folder + "/bus.conf"};
-    if (!holdBus(files) || !listens(files)) {
-        if (!isInstalled(DAEMON)) {
-            *why =
-                "there is no session bus, and the program dbus-daemon, which would be one, is not "
-                "installed";
-            return "";
-        }
-        HANDLE const mutex = CreateMutexA(false, START_MUTEX);
-        const bool isTurn =
-            mutex != nullptr && WaitForSingleObject(mutex, 2 * START_MILLISECONDS) != WAIT_TIMEOUT;
-        const bool isStarted = isTurn && startBus(files);
-        if (isTurn) {
-            ReleaseMutex(mutex);
-        }
-        CloseHandle(mutex);
-        if (!isStarted) {
-            *why = "there is no session bus, and dbus-daemon could not be started";
-            return "";
-        }
+    if (!isNameShortEnough(files.socket)) {
+        *why = "there is no session bus, and the name of the folder " + folder +
+               " is too long for a bus of the desktop's own; set XDG_RUNTIME_DIR to a shorter one";
+        return "";
     }
-    return addressOf(files.socket);
+    if ((holdBus(files) && listens(files)) || startBusInTurn(files, why)) {
+        return addressOf(files.socket);
+    }
+    return "";
 }
 
 }  // namespace juntora::automation

@@ -1,11 +1,15 @@
 #include "platform/automation/RemoteObject.h"
 
+#include <algorithm>
+
+#include "platform/automation/ReceivedValues.h"
+#include "platform/automation/ValueWriter.h"
 #include "platform/automation/protocol.h"
 
 namespace juntora::automation {
 
 Message RemoteObject::newCall(const char* member) const {
-    return m_bus.newCall(m_owner, m_path, OBJECT_INTERFACE, member);
+    return m_bus.newCall(m_address.owner, m_address.path, OBJECT_INTERFACE, member);
 }
 
 void RemoteObject::shareWith(const std::string& receiver) const {
@@ -58,61 +62,43 @@ HRESULT RemoteObject::GetIDsOfNames(const char* name, LONG* id) {
 
 namespace {
 
-bool appendArguments(sd_bus_message* message, LONG id, WORD flags, std::span<VARIANT> arguments,
-                     const std::string& receiver, ObjectRoad& road) {
-    if (sd_bus_message_append(message, "iu", id, unsigned{flags}) < 0 ||
-        sd_bus_message_open_container(message, 'a', "v") < 0) {
-        return false;
-    }
-    for (const VARIANT& argument : arguments) {
-        if (!appendVariant(message, argument, receiver, road)) {
-            return false;
-        }
-    }
-    return sd_bus_message_close_container(message) >= 0;
-}
-
-/// What the other side has made of the arguments. One that it has left alone stays as it is, for an
-/// object among them is the caller's own.
-bool readAnswer(sd_bus_message* reply, std::span<VARIANT> arguments, VARIANT* result,
-                ObjectRoad& road) {
-    VARIANT value;
-    if (!readValue(reply, &value, road) || sd_bus_message_enter_container(reply, 'a', "v") <= 0) {
-        return false;
-    }
+/// What the other side has made of the arguments. One that it has left alone, which comes as
+/// nothing, stays as it is: an object among them is the caller's own.
+void takeAnswer(ReceivedValues& answer, std::span<VARIANT> arguments, VARIANT* result) {
     if (result != nullptr) {
-        *result = value;
-    } else if (auto* const* object = std::get_if<IDispatch*>(&value);
-               object != nullptr && *object != nullptr) {
-        (*object)->Release();
+        *result = answer.take(0);
     }
-    for (VARIANT& argument : arguments) {
-        if (sd_bus_message_at_end(reply, 0) > 0) {
-            break;
-        }
-        VARIANT now;
-        if (!readValue(reply, &now, road)) {
-            return false;
-        }
+    const std::size_t count = std::min(arguments.size(), answer.size() - 1);
+    for (std::size_t i = 0; i < count; ++i) {
+        VARIANT now = answer.take(i + 1);
         if (!std::holds_alternative<std::monostate>(now)) {
-            argument = now;
+            arguments[i] = std::move(now);
         }
     }
-    return true;
 }
 
 }  // namespace
 
 HRESULT RemoteObject::Invoke(LONG id, WORD flags, std::span<VARIANT> arguments, VARIANT* result) {
     const Message message = newCall("Invoke");
-    if (message && !appendArguments(message.get(), id, flags, arguments, m_owner, m_road)) {
+    if (!message) {
+        return RPC_E_DISCONNECTED;
+    }
+    ValueWriter writer(message.get(), m_address.owner, m_road);
+    if (sd_bus_message_append(message.get(), "iu", id, unsigned{flags}) < 0 ||
+        !writer.addVariants(arguments)) {
         return DISP_E_TYPEMISMATCH;
     }
+    writer.releaseForSending();
     HRESULT error = E_FAIL;
     AddRef();  // As above.
-    const Message reply = m_bus.call(message, CALL_MILLISECONDS, &error);
-    if (reply && !readAnswer(reply.get(), arguments, result, m_road)) {
-        error = E_FAIL;
+    if (const Message reply = m_bus.call(message, CALL_MILLISECONDS, &error)) {
+        ReceivedValues answer(reply.get(), m_road);
+        if (answer.areGood() && answer.size() > 0) {
+            takeAnswer(answer, arguments, result);
+        } else {
+            error = E_FAIL;
+        }
     }
     Release();
     return error;

@@ -4,18 +4,18 @@
 #include <string>
 
 #include "platform/automation/Bus.h"
+#include "platform/automation/ObjectRoad.h"
 
 namespace juntora::automation {
 
 /// Made with one reference in memory, which stands for one at the owner.
 class RemoteObject final : public IDispatch {
 public:
-    RemoteObject(Bus& bus, ObjectRoad& road, std::string owner, std::string path)
-        : m_bus(bus), m_road(road), m_owner(std::move(owner)), m_path(std::move(path)) {}
+    RemoteObject(Bus& bus, ObjectRoad& road, ObjectAddress address)
+        : m_bus(bus), m_road(road), m_address(std::move(address)) {}
     virtual ~RemoteObject() = default;
 
-    const std::string& owner() const { return m_owner; }
-    const std::string& path() const { return m_path; }
+    const ObjectAddress& address() const { return m_address; }
     /// Gives another process a reference; in order with what is sent to that process next.
     void shareWith(const std::string& receiver) const;
 
@@ -31,8 +31,7 @@ private:
 
     Bus& m_bus;
     ObjectRoad& m_road;
-    const std::string m_owner;
-    const std::string m_path;
+    const ObjectAddress m_address;
     DWORD m_references = 1;
 };
 

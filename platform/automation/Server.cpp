@@ -3,50 +3,19 @@
 #include <algorithm>
 #include <cstring>
 #include <iterator>
-#include <string_view>
+#include <memory>
+#include <utility>
 
 #include "platform/automation/ClassNames.h"
 #include "platform/automation/Introspection.h"
+#include "platform/automation/ReceivedValues.h"
+#include "platform/automation/ValueWriter.h"
 #include "platform/automation/protocol.h"
 
 namespace juntora::automation {
 namespace {
 
 constexpr char INTROSPECTABLE[] = "org.freedesktop.DBus.Introspectable";
-
-/// The arguments of a call. Objects among them came with references, which are given back with it.
-class Arguments {
-public:
-    explicit Arguments(ObjectRoad& road) : m_road(road) {}
-    ~Arguments() {
-        for (IDispatch* object : m_taken) {
-            object->Release();
-        }
-    }
-    Arguments(const Arguments&) = delete;
-    Arguments& operator=(const Arguments&) = delete;
-
-    /// Reads values until the message, or the array that it is in, ends.
-    bool read(sd_bus_message* message) {
-        while (sd_bus_message_at_end(message, 0) == 0) {
-            VARIANT value;
-            if (!readValue(message, &value, m_road)) {
-                return false;
-            }
-            if (auto* const* object = std::get_if<IDispatch*>(&value); object && *object) {
-                m_taken.push_back(*object);
-            }
-            values.push_back(std::move(value));
-        }
-        return true;
-    }
-
-    std::vector<VARIANT> values;
-
-private:
-    ObjectRoad& m_road;
-    std::vector<IDispatch*> m_taken;
-};
 
 /// A member as a plain one of the object's own interface; null for none.
 const DispatchMember* memberNamed(const DispatchDescription& description,
@@ -58,16 +27,21 @@ const DispatchMember* memberNamed(const DispatchDescription& description,
     return found == description.members.end() ? nullptr : &*found;
 }
 
-/// The result of a member; an object in it has a reference that is given back.
+/// What a call has made; an object in it has a reference that is given back.
 struct Result {
-    Result() = default;
+    explicit Result(VARIANT made = {}) : value(std::move(made)) {}
     ~Result() {
-        if (auto* const* object = std::get_if<IDispatch*>(&value); object && *object) {
-            (*object)->Release();
+        if (hasObject()) {
+            std::get<IDispatch*>(value)->Release();
         }
     }
     Result(const Result&) = delete;
     Result& operator=(const Result&) = delete;
+
+    bool hasObject() const {
+        auto* const* object = std::get_if<IDispatch*>(&value);
+        return object != nullptr && *object != nullptr;
+    }
 
     VARIANT value;
 };
@@ -88,15 +62,19 @@ struct Server::Call {
         std::snprintf(text, sizeof text, "the call failed (0x%08X)", static_cast<DWORD>(result));
         sd_bus_reply_method_errorf(message, errorNameOf(result), "%s", text);
     }
-    Message newReply() const {
+    /// Answers with what `add` puts into the message; false where that does not fit.
+    template <class Add>
+    bool answerWith(ObjectRoad& road, Add add) const {
         sd_bus_message* reply = nullptr;
         sd_bus_message_new_method_return(message, &reply);
-        return Message(reply);
-    }
-    void reply(const Message& answer) const {
-        if (answer) {
-            sd_bus_send(bus.handle(), answer.get(), nullptr);
+        const Message owned(reply);
+        ValueWriter writer(reply, caller, road);
+        if (!owned || !add(writer)) {
+            return false;
         }
+        writer.releaseForSending();
+        sd_bus_send(bus.handle(), reply, nullptr);
+        return true;
     }
 };
 
@@ -106,16 +84,14 @@ bool Server::serve(const ServedClass& served) {
     if (name.empty() || sd_bus_request_name(m_bus.handle(), name.c_str(), SD_BUS_NAME_QUEUE) < 0) {
         return false;
     }
-    m_classes.push_back(served);
+    m_classes[pathOfClass(served.programId)] = served;
     m_bus.lookAgain();
     return true;
 }
 
 const ServedClass* Server::classAt(const std::string& path) const {
-    const auto found = std::ranges::find_if(m_classes, [&](const ServedClass& served) {
-        return pathOfClass(served.programId) == path;
-    });
-    return found == m_classes.end() ? nullptr : &*found;
+    const auto found = m_classes.find(path);
+    return found == m_classes.end() ? nullptr : &found->second;
 }
 
 void Server::answer(const Message& message) {
@@ -142,17 +118,7 @@ void Server::answer(const Message& message) {
                                    "there is no member \"%s\" here", call.member.c_str());
         return;
     }
-    // No object is made for a call that fits no member.
-    if (served != nullptr) {
-        object = m_objects.classObject(*served, call.caller);
-    }
-    if (object == nullptr) {
-        call.refuse(RPC_E_DISCONNECTED);
-        return;
-    }
-    object->AddRef();
-    callPlainMember(call, *object, member->id);
-    object->Release();
+    callPlainMember(call, *member, served, object);
 }
 
 /// The interfaces of automation itself; false for any other.
@@ -190,8 +156,8 @@ void Server::introspect(Call& call) {
         document = introspectObject(*object->Describe(), false);
     } else {
         std::vector<std::string> paths;
-        for (const ServedClass& each : m_classes) {
-            paths.push_back(pathOfClass(each.programId));
+        for (const auto& [path, each] : m_classes) {
+            paths.push_back(path);
         }
         document = introspectWay(call.path, paths);
     }
@@ -204,18 +170,13 @@ void Server::introspect(Call& call) {
 
 void Server::createInstance(Call& call) {
     const ServedClass* served = classAt(call.path);
-    IDispatch* object = served != nullptr ? served->create() : nullptr;
-    std::string owner;
-    std::string path;
-    const bool isGiven = object != nullptr && m_objects.give(object, call.caller, &owner, &path);
-    if (object != nullptr) {
-        object->Release();  // The caller's reference keeps it.
-    }
+    const Result made(served != nullptr ? served->create() : nullptr);
+    const bool isGiven = made.hasObject() && call.answerWith(m_objects, [&](ValueWriter& writer) {
+        return writer.addPlain(made.value);
+    });
     if (!isGiven) {
         call.refuse(served != nullptr ? E_FAIL : RPC_E_DISCONNECTED);
-        return;
     }
-    sd_bus_reply_method_return(call.message, "ss", owner.c_str(), path.c_str());
 }
 
 void Server::idOfName(Call& call) {
@@ -273,58 +234,63 @@ void Server::release(Call& call) {
 void Server::invoke(Call& call) {
     LONG id = 0;
     unsigned flags = 0;
-    Arguments arguments(m_objects);
     // Read in any case: objects among the arguments have come with references.
-    const bool isRead = sd_bus_message_read(call.message, "iu", &id, &flags) > 0 &&
-                        sd_bus_message_enter_container(call.message, 'a', "v") > 0 &&
-                        arguments.read(call.message);
+    const bool isCall = sd_bus_message_read(call.message, "iu", &id, &flags) > 0;
+    const ReceivedValues arguments(call.message, m_objects);
     IDispatch* object = m_objects.held(call.path, call.caller);
-    if (object == nullptr || !isRead) {
+    if (object == nullptr || !isCall || !arguments.areGood()) {
         call.refuse(object == nullptr ? RPC_E_DISCONNECTED : DISP_E_TYPEMISMATCH);
         return;
     }
-    std::vector<VARIANT> now = arguments.values;
+    std::vector<VARIANT> now = arguments.all();
     Result result;
     object->AddRef();  // It may be released by what it does.
     const HRESULT done = object->Invoke(id, static_cast<WORD>(flags), now, &result.value);
     object->Release();
+    // What the member has left alone is told as nothing.
+    for (std::size_t i = 0; i < now.size(); ++i) {
+        if (now[i] == arguments.all()[i]) {
+            now[i] = VARIANT();
+        }
+    }
     if (done < 0) {
         call.refuse(done);
-        return;
-    }
-    const Message reply = call.newReply();
-    bool isWritten = reply && appendVariant(reply.get(), result.value, call.caller, m_objects) &&
-                     sd_bus_message_open_container(reply.get(), 'a', "v") >= 0;
-    for (std::size_t i = 0; isWritten && i < now.size(); ++i) {
-        // What the member has left alone is told as nothing.
-        isWritten = appendVariant(reply.get(), now[i] == arguments.values[i] ? VARIANT() : now[i],
-                                  call.caller, m_objects);
-    }
-    if (isWritten && sd_bus_message_close_container(reply.get()) >= 0) {
-        call.reply(reply);
-    } else {
+    } else if (!call.answerWith(m_objects, [&](ValueWriter& writer) {
+                   return writer.addVariant(result.value) && writer.addVariants(now);
+               })) {
         call.refuse(E_FAIL);
     }
 }
 
-/// A member as a method with arguments of its own, for those who know nothing of automation.
-void Server::callPlainMember(Call& call, IDispatch& object, LONG id) {
-    Arguments arguments(m_objects);
-    if (!arguments.read(call.message)) {
-        call.refuse(DISP_E_TYPEMISMATCH);
+/// A member as a method with arguments of its own, for those who know nothing of automation: of
+/// `object`, or of the one that is made for the caller of a class.
+void Server::callPlainMember(Call& call, const DispatchMember& member, const ServedClass* served,
+                             IDispatch* object) {
+    const ReceivedValues received(call.message, m_objects);
+    std::vector<VARIANT> arguments = received.all();
+    const HRESULT fit =
+        received.areGood() ? CheckArguments(member, arguments) : DISP_E_TYPEMISMATCH;
+    if (fit < 0) {
+        call.refuse(fit);  // No object is made for it.
+        return;
+    }
+    if (served != nullptr) {
+        object = m_objects.classObject(*served, call.caller);
+    }
+    if (object == nullptr) {
+        call.refuse(RPC_E_DISCONNECTED);
         return;
     }
     Result result;
-    const HRESULT done = object.Invoke(id, DISPATCH_METHOD, arguments.values, &result.value);
+    object->AddRef();
+    const HRESULT done = object->Invoke(member.id, DISPATCH_METHOD, arguments, &result.value);
+    object->Release();
+    const bool isEmpty = std::holds_alternative<std::monostate>(result.value);
     if (done < 0) {
         call.refuse(done);
-        return;
-    }
-    const Message reply = call.newReply();
-    const bool isEmpty = std::holds_alternative<std::monostate>(result.value);
-    if (reply && (isEmpty || appendPlain(reply.get(), result.value, call.caller, m_objects))) {
-        call.reply(reply);
-    } else {
+    } else if (!call.answerWith(m_objects, [&](ValueWriter& writer) {
+                   return isEmpty || writer.addPlain(result.value);
+               })) {
         call.refuse(E_FAIL);
     }
 }

@@ -1,8 +1,8 @@
 // What other processes ask of this one.
 #pragma once
 
+#include <map>
 #include <string>
-#include <vector>
 
 #include "platform/automation/Objects.h"
 
@@ -30,11 +30,12 @@ private:
     void invoke(Call& call);
     void share(Call& call);
     void release(Call& call);
-    void callPlainMember(Call& call, IDispatch& object, LONG id);
+    void callPlainMember(Call& call, const DispatchMember& member, const ServedClass* served,
+                         IDispatch* object);
 
     Bus& m_bus;
     Objects& m_objects;
-    std::vector<ServedClass> m_classes;
+    std::map<std::string, ServedClass> m_classes;  ///< By the path.
 };
 
 }  // namespace juntora::automation

@@ -4,13 +4,14 @@
 #include <cstdio>
 #include <memory>
 
+#include "platform/automation/ClassKeys.h"
 #include "platform/automation/ClassNames.h"
 #include "platform/automation/ClassStart.h"
 #include "platform/automation/Objects.h"
+#include "platform/automation/ReceivedValues.h"
 #include "platform/automation/Server.h"
 #include "platform/automation/Services.h"
 #include "platform/automation/protocol.h"
-#include "platform/registry/registry.h"
 
 namespace juntora {
 namespace automation {
@@ -34,27 +35,11 @@ void tellOfEnd() {
     g_runtime->objects->releaseEverything();
 }
 
-/// A value of a key, empty where there is none.
-std::string readText(HKEY root, const std::string& path) {
-    HKEY key{};
-    if (RegOpenKeyExA(root, path.c_str(), KEY_READ, &key) != ERROR_SUCCESS) {
-        return "";
-    }
-    char text[2048];
-    DWORD size = sizeof text - 1;
-    DWORD type = 0;
-    const bool isText = RegQueryValueExA(key, nullptr, &type, text, &size) == ERROR_SUCCESS &&
-                        (type == REG_SZ || type == REG_EXPAND_SZ);
-    RegCloseKey(key);
-    text[isText ? size : 0] = '\0';
-    return text;
-}
-
 bool find(const GUID& classId, KnownClass* known) {
     const std::string path = "CLSID\\" + TextOfGuid(classId);
-    const std::string programId = readText(HKEY_CLASSES_ROOT, path + "\\ProgID");
+    const std::string programId = readClassText(path + "\\ProgID");
     *known = {BusNameOfClass(programId), pathOfClass(programId),
-              readText(HKEY_CLASSES_ROOT, path + "\\LocalServer32")};
+              readClassText(path + "\\LocalServer32")};
     return !programId.empty() && !known->busName.empty();
 }
 
@@ -67,15 +52,12 @@ HRESULT makeInstance(const KnownClass& known, IDispatch** out) {
     const Message reply =
         bus.call(bus.newCall(known.busName, known.path, CLASS_INTERFACE, "CreateInstance"),
                  START_MILLISECONDS, &result);
-    const char* owner = nullptr;
-    const char* path = nullptr;
     if (!reply) {
         return result;
     }
-    if (sd_bus_message_read(reply.get(), "ss", &owner, &path) <= 0) {
-        return E_FAIL;
-    }
-    *out = g_runtime->objects->take(owner, path, sd_bus_message_get_sender(reply.get()));
+    ReceivedValues made(reply.get(), *g_runtime->objects);
+    const VARIANT object = made.size() == 1 ? made.take(0) : VARIANT();
+    *out = std::holds_alternative<IDispatch*>(object) ? std::get<IDispatch*>(object) : nullptr;
     return *out != nullptr ? S_OK : E_FAIL;
 }
 
@@ -84,8 +66,7 @@ HRESULT makeInstance(const KnownClass& known, IDispatch** out) {
 void reloadServices() {
     if (g_runtime != nullptr) {
         const Bus& bus = *g_runtime->bus;
-        bus.send(bus.newCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
-                             "org.freedesktop.DBus", "ReloadConfig"));
+        bus.send(bus.newCall(DAEMON_NAME, DAEMON_PATH, DAEMON_NAME, "ReloadConfig"));
     }
 }
 
@@ -97,17 +78,16 @@ bool StartAutomation(std::string* why) {
         return true;
     }
     auto runtime = std::make_unique<Runtime>();
+    // None of these comes before the thread's next look at its messages.
     runtime->bus = Bus::open(
-        [](const Message& call) {
-            if (g_runtime != nullptr) {
-                g_runtime->server->answer(call);
-            }
-        },
+        {.called = [](const Message& call) { g_runtime->server->answer(call); },
+         .answeredLate =
+             [](const Message& answer) { ReceivedValues(answer.get(), *g_runtime->objects); },
+         .ended = &tellOfEnd},
         why);
     if (!runtime->bus) {
         return false;
     }
-    runtime->bus->setEnded(&tellOfEnd);
     runtime->objects = std::make_unique<Objects>(*runtime->bus);
     runtime->server = std::make_unique<Server>(*runtime->bus, *runtime->objects);
     g_runtime = runtime.release();
@@ -144,7 +124,7 @@ HRESULT CreateObject(const GUID& classId, IDispatch** out) {
 
 HRESULT ClassOfProgram(const char* programId, GUID* classId) {
     const std::string text =
-        automation::readText(HKEY_CLASSES_ROOT, std::string(programId) + "\\CLSID");
+        automation::readClassText(std::string(programId) + "\\CLSID");
     const auto found = GuidOfText(text);
     if (!found) {
         return CO_E_CLASSSTRING;

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <variant>
@@ -68,6 +69,13 @@ struct DispatchDescription {
     std::string interfaceName;  ///< On the bus; see BusNameOfClass.
     std::vector<DispatchMember> members;
 };
+
+/// The value as one of that kind: whole numbers and others count as one another where nothing is
+/// lost. Nothing where it is none.
+std::optional<VARIANT> ValueAs(VariantKind kind, const VARIANT& value);
+
+/// S_OK, or what is wrong with the arguments of a call.
+HRESULT CheckArguments(const DispatchMember& member, std::span<const VARIANT> arguments);
 
 inline constexpr WORD DISPATCH_METHOD = 1;
 inline constexpr WORD DISPATCH_PROPERTYGET = 2;

@@ -4,7 +4,7 @@
 
 namespace juntora::automation {
 
-/// At a class's own path (its bus name with "/" for "."): CreateInstance() -> (ss), the object's
+/// At a class's own path (its bus name with "/" for "."): CreateInstance() -> ((ss) object): its
 /// owner and path, with one reference for the caller.
 inline constexpr char CLASS_INTERFACE[] = "juntora.Class";
 

@@ -2,13 +2,14 @@
 
 #include <unistd.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 
+#include "platform/automation/ClassKeys.h"
 #include "platform/automation/Services.h"
 #include "platform/automation/automation.h"
+#include "platform/kernel/hostEnvironment.h"
 #include "platform/registry/registry.h"
 
 namespace juntora {
@@ -16,47 +17,38 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Writes the default value of a key, unless it is that already.
-bool writeText(const std::string& path, const std::string& text) {
-    HKEY key{};
-    char now[2048];
-    DWORD size = sizeof now;
-    DWORD type = 0;
-    const DWORD bytes = static_cast<DWORD>(text.size() + 1);
-    if (RegOpenKeyExA(HKEY_CLASSES_ROOT, path.c_str(), KEY_READ, &key) == ERROR_SUCCESS) {
-        const bool isSame = RegQueryValueExA(key, nullptr, &type, now, &size) == ERROR_SUCCESS &&
-                            type == REG_SZ && size == bytes && text == now;
-        RegCloseKey(key);
-        if (isSame) {
-            return true;
-        }
-    }
-    if (RegCreateKeyA(HKEY_CLASSES_ROOT, path.c_str(), &key) != ERROR_SUCCESS) {
-        return false;
-    }
-    const bool isWritten =
-        RegSetValueExA(key, nullptr, REG_SZ, text.c_str(), bytes) == ERROR_SUCCESS;
-    RegCloseKey(key);
-    return isWritten;
+fs::path serviceFile(const std::string& busName) {
+    const std::string data = kernel::userFolder("XDG_DATA_HOME", "/.local/share");
+    return data.empty() ? fs::path() : fs::path(data) / "dbus-1/services" / (busName + ".service");
 }
 
-fs::path serviceFile(const std::string& busName) {
-    const char* data = std::getenv("XDG_DATA_HOME");
-    const char* home = std::getenv("HOME");
-    fs::path folder;
-    if (data != nullptr && *data == '/') {
-        folder = data;
-    } else if (home != nullptr && *home == '/') {
-        folder = fs::path(home) / ".local/share";
-    } else {
-        return {};
+/// False for a program whose name the bus would take for something else.
+bool isQuotable(const std::string& program) {
+    return program.find_first_of("\n\"\\$`") == program.npos;
+}
+
+/// A file that is never there in part, for the bus reads it at any time. What could not be written
+/// whole leaves the one before as it was.
+bool replaceFile(const fs::path& file, const std::string& text) {
+    std::error_code error;
+    fs::create_directories(file.parent_path(), error);
+    const fs::path fresh = file.string() + "." + std::to_string(getpid());
+    std::ofstream stream(fresh);
+    stream << text;
+    stream.close();
+    if (stream) {
+        fs::rename(fresh, file, error);
     }
-    return folder / "dbus-1/services" / (busName + ".service");
+    const bool isReplaced = stream && !error;
+    if (!isReplaced) {
+        fs::remove(fresh, error);
+    }
+    return isReplaced;
 }
 
 bool writeServiceFile(const std::string& busName, const std::string& program) {
     const fs::path file = serviceFile(busName);
-    if (file.empty() || program.find('\n') != program.npos) {
+    if (file.empty() || !isQuotable(program)) {
         return false;
     }
     const std::string text =
@@ -65,18 +57,11 @@ bool writeServiceFile(const std::string& busName, const std::string& program) {
     if (now && std::string(std::istreambuf_iterator<char>(now), {}) == text) {
         return true;
     }
-    std::error_code error;
-    fs::create_directories(file.parent_path(), error);
-    // The bus reads such a file at any time: it is never there in part.
-    const fs::path fresh = file.string() + "." + std::to_string(getpid());
-    std::ofstream(fresh) << text;
-    fs::rename(fresh, file, error);
-    if (error) {
-        fs::remove(fresh, error);
-        return false;
+    const bool isWritten = replaceFile(file, text);
+    if (isWritten) {
+        automation::reloadServices();
     }
-    automation::reloadServices();
-    return true;
+    return isWritten;
 }
 
 }  // namespace
@@ -85,11 +70,11 @@ bool RegisterClassOf(const ClassRegistration& registration) {
     const std::string id = TextOfGuid(registration.classId);
     const std::string classKey = "CLSID\\" + id;
     const std::string busName = BusNameOfClass(registration.programId);
-    bool isDone = writeText(registration.programId, registration.programId);
-    isDone = writeText(registration.programId + "\\CLSID", id) && isDone;
-    isDone = writeText(classKey, registration.programId) && isDone;
-    isDone = writeText(classKey + "\\ProgID", registration.programId) && isDone;
-    isDone = writeText(classKey + "\\LocalServer32", "\"" + registration.program + "\"") && isDone;
+    bool isDone = automation::writeClassText(registration.programId, registration.programId);
+    isDone = automation::writeClassText(registration.programId + "\\CLSID", id) && isDone;
+    isDone = automation::writeClassText(classKey, registration.programId) && isDone;
+    isDone = automation::writeClassText(classKey + "\\ProgID", registration.programId) && isDone;
+    isDone = automation::writeClassText(classKey + "\\LocalServer32", "\"" + registration.program + "\"") && isDone;
     return !busName.empty() && writeServiceFile(busName, registration.program) && isDone;
 }
 

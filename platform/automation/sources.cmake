@@ -1,15 +1,20 @@
 set(PLATFORM_AUTOMATION_SOURCES
     automation/Bus.cpp
     automation/BusAddress.cpp
+    automation/ClassKeys.cpp
     automation/ClassNames.cpp
     automation/ClassStart.cpp
     automation/Introspection.cpp
     automation/LateRelease.cpp
     automation/Message.cpp
+    automation/NameWatch.cpp
     automation/Objects.cpp
     automation/PrivateBus.cpp
+    automation/ReceivedValues.cpp
     automation/RemoteObject.cpp
     automation/Server.cpp
+    automation/ValueWriter.cpp
     automation/automation.cpp
     automation/guid.cpp
-    automation/registration.cpp)
+    automation/registration.cpp
+    automation/values.cpp)

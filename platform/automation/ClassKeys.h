@@ -1,0 +1,14 @@
+// What the registry says of classes.
+#pragma once
+
+#include <string>
+
+namespace juntora::automation {
+
+/// The default value of a key below HKEY_CLASSES_ROOT; empty where there is none, or no text.
+std::string readClassText(const std::string& path);
+
+/// Writes it, unless it is that already. False if it could not be written.
+bool writeClassText(const std::string& path, const std::string& text);
+
+}  // namespace juntora::automation

@@ -1,0 +1,50 @@
+#include "platform/automation/NameWatch.h"
+
+#include <utility>
+
+#include "platform/automation/Bus.h"
+
+namespace juntora::automation {
+
+NameWatch::NameWatch(Bus& bus, const std::string& name, Told told) : m_told(std::move(told)) {
+    // Watched first, so that no change falls between the answer and the first word.
+    const std::string rule = std::string("type='signal',sender='") + DAEMON_NAME +
+                             "',member='NameOwnerChanged',arg0='" + name + "'";
+    if (sd_bus_add_match_async(bus.handle(), &m_match, rule.c_str(), &onChange, &onAdded, this) >=
+        0) {
+        sd_bus_call_method_async(bus.handle(), &m_question, DAEMON_NAME, DAEMON_PATH, DAEMON_NAME,
+                                 "NameHasOwner", &onAnswer, this, "s", name.c_str());
+    }
+}
+
+NameWatch::~NameWatch() {
+    sd_bus_slot_unref(m_question);
+    sd_bus_slot_unref(m_match);
+}
+
+int NameWatch::onAdded(sd_bus_message* message, void* self, sd_bus_error*) {
+    if (sd_bus_message_is_method_error(message, nullptr) > 0) {
+        static_cast<NameWatch*>(self)->m_told(false);
+    }
+    return 1;
+}
+
+int NameWatch::onAnswer(sd_bus_message* message, void* self, sd_bus_error*) {
+    int hasOwner = 0;
+    const bool isTold = sd_bus_message_is_method_error(message, nullptr) == 0 &&
+                        sd_bus_message_read(message, "b", &hasOwner) > 0;
+    static_cast<NameWatch*>(self)->m_told(isTold && hasOwner != 0);
+    return 1;
+}
+
+int NameWatch::onChange(sd_bus_message* message, void* self, sd_bus_error*) {
+    const char* name = nullptr;
+    const char* before = nullptr;
+    const char* now = nullptr;
+    if (sd_bus_message_read(message, "sss", &name, &before, &now) > 0) {
+        static_cast<NameWatch*>(self)->m_told(*now != '\0');
+    }
+    return 0;
+}
+
+}  // namespace juntora::automation
