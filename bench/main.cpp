@@ -14,6 +14,7 @@
 #include <set>
 #include <string>
 
+#include "bench/Automation.h"
 #include "bench/Bus.h"
 #include "bench/Library.h"
 #include "bench/PingPong.h"
@@ -277,24 +278,35 @@ void benchFootprint(pid_t hub) {
 
 /// Before this process has come to a desktop: each start is measured by a child on one of its own.
 void benchStart() {
-    Samples start;
-    for (int i = 0; i < 20; ++i) {
-        test::DesktopSandbox sandbox;
+    Samples first;
+    Samples later;
+    Samples alone;
+    const auto start = [](const test::DesktopSandbox& sandbox, Samples& samples) {
         test::ChildProcess::Options options;
         options.environment = sandbox.environment();
         test::ChildProcess child(test::OwnProgram(), {"--start"}, options);
-        start.add(std::stod(child.readLine().value_or("0")));
+        samples.add(std::stod(child.readLine().value_or("0")) / 1000);
+        child.wait();
+    };
+    for (int i = 0; i < 20; ++i) {
+        const test::DesktopSandbox sandbox;
+        const test::BusDaemon bus(sandbox.runtimeFolder());
+        start(sandbox, first);
+        start(sandbox, later);
+        start(test::DesktopSandbox(), alone);
     }
-    std::printf("Start\n");
-    printRatio("from the start of the process to its first answer, ms", start.median() / 1000, 20,
-               true);
+    std::printf("From the start of the process to its first answer\n");
+    printRatio("registered as it is, ms", later.median(), 20, true);
+    printRow("at the user's first start", first.median(), "ms");
+    printRow("the same, with a message bus to be started", alone.median(), "ms");
 }
 
 int runStart() {
     const HWND window = makeToolWindow();
     RegisterWindowMessageA(IPC_MESSAGE_NAME);
     const auto start = Clock::now();
-    const test::ChildProcess hub("juntora");
+    // So that it starts no Planchet, which would start another hub when this one is killed.
+    const test::ChildProcess hub("juntora", {"-Embedding"});
     while (ipcFindHub() == 0) {
     }
     ipcObserve(window);
@@ -313,8 +325,9 @@ int runStart() {
 
 /// What can be measured alone, by the names on the command line.
 using Sections = std::set<std::string>;
-const Sections ALL_SECTIONS{"start", "library", "round-trips", "records", "sign-on", "footprint",
-                            "rows",  "files",   "launch",      "screen",  "registry"};
+const Sections ALL_SECTIONS{"start",     "library", "round-trips", "records",
+                            "sign-on",   "rows",    "files",       "launch",
+                            "footprint", "screen",  "registry",    "automation"};
 
 int run(const Sections& wanted) {
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
@@ -343,6 +356,7 @@ int run(const Sections& wanted) {
     section("rows", benchTableSizes);
     section("files", benchFiles);
     section("launch", benchLaunch);
+    section("automation", [&] { benchAutomation(bus); });
     section("screen", [&] { benchScreen(hub.pid(), sandbox.runtimeFolder()); });
     return 0;
 }

@@ -83,7 +83,7 @@ void CAppMonDlg::ReapDeadWindows() {
         m_pAppTable->removeRow(&cursor);
         row = AppTable::at(&cursor);
     }
-    if (m_bHadClient && !HasApps()) {
+    if ((m_bHadClient || m_bCloseIsDue) && !HasApps()) {
         PostMessageA(m_pOwner->m_hWnd, WM_SYSCOMMAND, SC_CLOSE, 0);
     }
 }

@@ -28,6 +28,10 @@ public:
     /// Whether the table has a row.
     bool HasApps() const;
 
+    /// Asks the main dialog to close at the next tick, if the table is empty then, whether or not
+    /// there ever was a tool.
+    void CloseAtNextTick() { m_bCloseIsDue = true; }
+
     /// Asks every tool but the one of window `except` to close, one after the other, each in front
     /// of the others as its turn comes. Requests are served meanwhile. A tool that hangs for 5 s is
     /// left alone and the next one asked.
@@ -49,6 +53,7 @@ private:
     CJuntoraDlg* m_pOwner;
     int m_nTemplateId;
     int m_bHadClient = 0;
+    bool m_bCloseIsDue = false;
     std::uintptr_t m_nTimerId = 1;
     std::uintptr_t m_nTimerHandle = 0;
     CListBox m_listBox;
