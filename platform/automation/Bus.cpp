@@ -117,22 +117,24 @@ void Bus::nudgeAfter(long nanoseconds) const {
     timerfd_settime(m_nudge, 0, &once, nullptr);
 }
 
-void Bus::lookAgain() const {
-    const bool isUnsent = m_isOpen && (sd_bus_get_events(m_bus) & POLLOUT) != 0;
-    nudgeAfter(isUnsent && m_line.empty() ? UNSENT_NANOSECONDS : AT_ONCE_NANOSECONDS);
+void Bus::lookAgain() const { nudgeAfter(AT_ONCE_NANOSECONDS); }
+
+/// At once where there is something to do, after a while where the bus has not taken everything.
+void Bus::lookAgainIf(bool mayHaveMore) const {
+    if (mayHaveMore || !m_line.empty()) {
+        lookAgain();
+    } else if (m_isOpen && (sd_bus_get_events(m_bus) & POLLOUT) != 0) {
+        nudgeAfter(UNSENT_NANOSECONDS);
+    }
 }
 
-void Bus::later(std::function<void()> work) {
-    m_line.push_back(std::move(work));
-}
+void Bus::later(std::function<void()> work) { m_line.push_back(std::move(work)); }
 
 void Bus::onReady(void* self) {
     auto& bus = *static_cast<Bus*>(self);
     const bool mayHaveMore = bus.processSome();
-    const bool hasServed = bus.serveLine();
-    if (mayHaveMore || hasServed) {
-        bus.lookAgain();
-    }
+    bus.serveLine();
+    bus.lookAgainIf(mayHaveMore);
 }
 
 /// Whether there may be more to take in.
@@ -241,7 +243,7 @@ void Bus::send(const Message& message) const {
     if (message && m_isOpen) {
         sd_bus_message_set_expect_reply(message.get(), 0);
         sd_bus_send(m_bus, message.get(), nullptr);
-        lookAgain();
+        lookAgainIf(false);
     }
 }
 
@@ -254,9 +256,7 @@ bool Bus::waitUntil(const std::function<bool()>& isDone, DWORD milliseconds) {
         const bool isOver = isDone();
         const std::int64_t left = end - desktop::nowMilliseconds();
         if (isOver || !m_isOpen || left <= 0 || queue == nullptr) {
-            if (mayHaveMore || !m_line.empty()) {
-                lookAgain();
-            }
+            lookAgainIf(mayHaveMore);
             return isOver;
         }
         if (!mayHaveMore && !hasServed && !queue->serveSent()) {

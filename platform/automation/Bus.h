@@ -52,9 +52,8 @@ public:
     /// Waits until `isDone`, serving what comes meanwhile. False when the time is over or the bus
     /// has ended.
     bool waitUntil(const std::function<bool()>& isDone, DWORD milliseconds);
-    /// To be called behind what has sent a message, or has waited by itself: what came meanwhile
-    /// has been taken in, so that the connection never becomes readable for it. The loop looks, and
-    /// sends what the bus has not taken yet.
+    /// To be called behind a call of the library's that waits by itself: what has come meanwhile it
+    /// has taken in, so that the connection never becomes readable for it. The loop looks.
     void lookAgain() const;
     /// Runs `work` from the line, behind what came before it.
     void later(std::function<void()> work);
@@ -67,6 +66,7 @@ private:
     bool processSome();
     bool serveLine();
     void end();
+    void lookAgainIf(bool mayHaveMore) const;
     void nudgeAfter(long nanoseconds) const;
     static int onMessage(sd_bus_message* message, void* self, sd_bus_error* error);
     static int onAnswer(sd_bus_message* message, void* pending, sd_bus_error* error);

@@ -285,12 +285,14 @@ void Queue::waitForSentOr(int descriptor, short events, int milliseconds) {
     if (hasBell) {
         sleepAs(IN_POLL);
     }
+    pollfd waits[] = {{descriptor, events, 0}, {m_foreignLoop.bell(), POLLIN, 0}};
     if (!hasSent()) {
-        pollfd waits[] = {{descriptor, events, 0}, {m_foreignLoop.bell(), POLLIN, 0}};
         poll(waits, 2, hasBell ? milliseconds : std::min(milliseconds, LOOK_MILLISECONDS));
     }
     if (hasBell) {
         wakeUp();
+    }
+    if (waits[1].revents != 0) {
         m_foreignLoop.clear();
     }
 }
