@@ -9,8 +9,6 @@
 namespace juntora::registry {
 namespace {
 
-constexpr int PATIENCE_MILLISECONDS = 3'000;
-
 // "JunR" and the layout's number. Whoever changes the tables changes the number; see make().
 constexpr int APPLICATION_ID = 0x4A756E52;
 constexpr int LAYOUT_VERSION = 1;
@@ -86,12 +84,18 @@ std::string moveAway(const std::string& path) {
 
 }  // namespace
 
-int Database::connect(const std::string& name, int flags, Connection* connection) {
+int Database::connect(const std::string& name, int flags, Patience* patience,
+                      Connection* connection) {
     sqlite3* opened = nullptr;
     const int result = sqlite3_open_v2(name.c_str(), &opened, flags | SQLITE_OPEN_NOMUTEX, nullptr);
     connection->reset(opened);
     if (result == SQLITE_OK) {
-        sqlite3_busy_timeout(opened, PATIENCE_MILLISECONDS);
+        sqlite3_busy_handler(
+            opened,
+            [](void* ofHive, int tries) {
+                return static_cast<Patience*>(ofHive)->wait(tries) ? 1 : 0;
+            },
+            patience);
     }
     return result;
 }
@@ -113,16 +117,16 @@ int Database::checkVersion(bool* isOurs) {
     return SQLITE_OK;
 }
 
-DWORD Database::open(const std::string& path, const FileIdentity& identity,
+DWORD Database::open(const std::string& path, const FileIdentity& identity, Patience* patience,
                      std::unique_ptr<Database>* result, Problem* problem) {
     auto database = std::make_unique<Database>();
     database->m_identity = identity;
     bool isOurs = false;
-    int state = connect(path, SQLITE_OPEN_READWRITE, &database->m_connection);
+    int state = connect(path, SQLITE_OPEN_READWRITE, patience, &database->m_connection);
     state = state == SQLITE_OK ? database->checkVersion(&isOurs) : state;
     if ((state == SQLITE_CANTOPEN || state == SQLITE_READONLY) && isInReadOnlyFolder(path)) {
         // A file in WAL mode needs another beside it, unless it is read as one that never changes.
-        state = connect(immutableName(path), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI,
+        state = connect(immutableName(path), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, patience,
                         &database->m_connection);
         state = state == SQLITE_OK ? database->checkVersion(&isOurs) : state;
     }
@@ -139,7 +143,8 @@ DWORD Database::open(const std::string& path, const FileIdentity& identity,
     return ERROR_SUCCESS;
 }
 
-DWORD Database::make(HiveKind kind, const std::string& path, Problem* problem) {
+DWORD Database::make(HiveKind kind, const std::string& path, Patience* patience,
+                     Problem* problem) {
     const DraftFile draft(kind, path);
     if (draft.path().empty()) {
         const bool isDenied = errno == EACCES || errno == EROFS || errno == EPERM;
@@ -147,7 +152,7 @@ DWORD Database::make(HiveKind kind, const std::string& path, Problem* problem) {
         return isDenied ? ERROR_ACCESS_DENIED : ERROR_REGISTRY_IO_FAILED;
     }
     Connection connection;
-    int state = connect(draft.path(), SQLITE_OPEN_READWRITE, &connection);
+    int state = connect(draft.path(), SQLITE_OPEN_READWRITE, patience, &connection);
     const std::string numbers = "PRAGMA application_id = " + std::to_string(APPLICATION_ID) +
                                 "; PRAGMA user_version = " + std::to_string(LAYOUT_VERSION);
     // Who may only read the machine's file could not open it in WAL mode.

@@ -10,6 +10,7 @@
 #include <sqlite3.h>
 
 #include "platform/registry/HiveFile.h"
+#include "platform/registry/Patience.h"
 
 namespace juntora::registry {
 
@@ -81,15 +82,16 @@ private:
     int m_prepared;
 };
 
-/// To be used by one thread at a time. Each step waits up to 3 s for the locks of others.
+/// To be used by one thread at a time. Each step waits for the locks of others as the hive's
+/// patience has it, which must outlive the database.
 class Database {
 public:
     /// Opens a file that is there and has been checked.
-    static DWORD open(const std::string& path, const FileIdentity& identity,
+    static DWORD open(const std::string& path, const FileIdentity& identity, Patience* patience,
                       std::unique_ptr<Database>* result, Problem* problem);
     /// Makes the file with a new hive in it, unless somebody else has made it meanwhile. It has its
     /// name only when it is whole.
-    static DWORD make(HiveKind kind, const std::string& path, Problem* problem);
+    static DWORD make(HiveKind kind, const std::string& path, Patience* patience, Problem* problem);
 
     bool isReadOnly() const { return sqlite3_db_readonly(m_connection.get(), "main") != 0; }
     const FileIdentity& identity() const { return m_identity; }
@@ -106,7 +108,8 @@ private:
     };
     using Connection = std::unique_ptr<sqlite3, Closer>;
 
-    static int connect(const std::string& name, int flags, Connection* connection);
+    static int connect(const std::string& name, int flags, Patience* patience,
+                       Connection* connection);
     int checkVersion(bool* isOurs);
 
     Connection m_connection;

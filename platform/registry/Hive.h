@@ -10,6 +10,7 @@
 
 #include "platform/registry/HiveFile.h"
 #include "platform/registry/KeyPath.h"
+#include "platform/registry/Patience.h"
 
 namespace juntora::registry {
 
@@ -83,6 +84,7 @@ private:
     const HiveKind m_kind;
     std::mutex m_mutex;
     std::string m_path;
+    Patience m_patience;
     std::unique_ptr<Database> m_database;
     bool m_hasComplained = false;
 };

@@ -29,7 +29,8 @@
 //   ERROR_INVALID_HANDLE      not a key that is open
 //   ERROR_INVALID_PARAMETER   a null where none may be, a name or value that is too long
 //   ERROR_KEY_DELETED         the key that the handle stands for has been deleted
-//   ERROR_LOCK_FAILED         another program has kept the hive locked for 3 s
+//   ERROR_LOCK_FAILED         another program has kept the hive locked for 3 s; for 0.1 s, where
+//                             that has just happened
 //   ERROR_BADDB               the hive's file is damaged or no database
 //   ERROR_NOT_REGISTRY_FILE   it is some other database, or a registry of another version
 //   ERROR_REGISTRY_IO_FAILED  the system failed to read or write; ERROR_DISK_FULL for want of room

@@ -6,5 +6,6 @@ set(PLATFORM_REGISTRY_SOURCES
     registry/KeyHandles.cpp
     registry/KeyPath.cpp
     registry/OpenKey.cpp
+    registry/Patience.cpp
     registry/keys.cpp
     registry/values.cpp)
