@@ -325,9 +325,8 @@ int runStart() {
 
 /// What can be measured alone, by the names on the command line.
 using Sections = std::set<std::string>;
-const Sections ALL_SECTIONS{"start",     "library", "round-trips", "records",
-                            "sign-on",   "rows",    "files",       "launch",
-                            "footprint", "screen",  "registry",    "automation"};
+const Sections ALL_SECTIONS{"start", "library", "round-trips", "records", "sign-on",  "rows",
+                            "files", "launch",  "footprint",   "screen",  "registry", "automation"};
 
 int run(const Sections& wanted) {
     std::setvbuf(stdout, nullptr, _IOLBF, 0);

@@ -136,8 +136,9 @@ void CJuntoraDlg::OnClose() {
         return;
     }
     // While tools are being closed, or a request is being served (which may show a box), there is a
-    // call on the stack that goes on with these objects. The next tick of the timer asks again: what
-    // asks now may be the last object of a hub that was started for it, which never asks again.
+    // call on the stack that goes on with these objects. The next tick of the timer asks again:
+    // what asks now may be the last object of a hub that was started for it, which never asks
+    // again.
     const bool isBusy = m_nClosingApps > 0 || (m_pIpcWnd && m_pIpcWnd->IsServing());
     if (isBusy && m_pMonitor) {
         m_pMonitor->CloseAtNextTick();

@@ -1,12 +1,11 @@
 #include "platform/automation/Bus.h"
 
+#include <poll.h>
 #include <sys/timerfd.h>
 #include <unistd.h>
 
 #include <cstring>
 #include <utility>
-
-#include <poll.h>
 
 #include "platform/automation/BusAddress.h"
 #include "platform/desktop/CallOut.h"

@@ -138,9 +138,8 @@ bool listens(const Files& files) {
     const int probe = socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
     // One that has no time for more callers is there all the same.
     const bool isThere =
-        probe >= 0 &&
-        (connect(probe, reinterpret_cast<const sockaddr*>(&name), sizeof name) == 0 ||
-         errno == EAGAIN);
+        probe >= 0 && (connect(probe, reinterpret_cast<const sockaddr*>(&name), sizeof name) == 0 ||
+                       errno == EAGAIN);
     if (probe >= 0) {
         close(probe);
     }

@@ -151,9 +151,10 @@ bool ReceivedValues::readAll() {
     while (sd_bus_message_peek_type(m_message, &type, &contents) > 0) {
         const std::string_view inner = contents != nullptr ? contents : "";
         const bool isNest = type == 'v' || (type == 'a' && inner == "v");
-        const bool isRead = isNest ? sd_bus_message_enter_container(m_message, type, contents) > 0 &&
-                                         readAll() && sd_bus_message_exit_container(m_message) >= 0
-                                   : readNext(type, inner);
+        const bool isRead = isNest
+                                ? sd_bus_message_enter_container(m_message, type, contents) > 0 &&
+                                      readAll() && sd_bus_message_exit_container(m_message) >= 0
+                                : readNext(type, inner);
         if (!isRead) {
             m_areGood = false;
             return false;

@@ -114,7 +114,8 @@ bool ValueWriter::addVariant(const VARIANT& value) {
 
 bool ValueWriter::addVariants(std::span<const VARIANT> values) {
     return sd_bus_message_open_container(m_message, 'a', "v") >= 0 &&
-           std::ranges::all_of(values, [this](const VARIANT& value) { return addVariant(value); }) &&
+           std::ranges::all_of(values,
+                               [this](const VARIANT& value) { return addVariant(value); }) &&
            sd_bus_message_close_container(m_message) >= 0;
 }
 

@@ -123,8 +123,7 @@ HRESULT CreateObject(const GUID& classId, IDispatch** out) {
 }
 
 HRESULT ClassOfProgram(const char* programId, GUID* classId) {
-    const std::string text =
-        automation::readClassText(std::string(programId) + "\\CLSID");
+    const std::string text = automation::readClassText(std::string(programId) + "\\CLSID");
     const auto found = GuidOfText(text);
     if (!found) {
         return CO_E_CLASSSTRING;

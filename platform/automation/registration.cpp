@@ -74,7 +74,9 @@ bool RegisterClassOf(const ClassRegistration& registration) {
     isDone = automation::writeClassText(registration.programId + "\\CLSID", id) && isDone;
     isDone = automation::writeClassText(classKey, registration.programId) && isDone;
     isDone = automation::writeClassText(classKey + "\\ProgID", registration.programId) && isDone;
-    isDone = automation::writeClassText(classKey + "\\LocalServer32", "\"" + registration.program + "\"") && isDone;
+    isDone = automation::writeClassText(classKey + "\\LocalServer32",
+                                        "\"" + registration.program + "\"") &&
+             isDone;
     return !busName.empty() && writeServiceFile(busName, registration.program) && isDone;
 }
 

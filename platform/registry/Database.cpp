@@ -143,8 +143,7 @@ DWORD Database::open(const std::string& path, const FileIdentity& identity, Pati
     return ERROR_SUCCESS;
 }
 
-DWORD Database::make(HiveKind kind, const std::string& path, Patience* patience,
-                     Problem* problem) {
+DWORD Database::make(HiveKind kind, const std::string& path, Patience* patience, Problem* problem) {
     const DraftFile draft(kind, path);
     if (draft.path().empty()) {
         const bool isDenied = errno == EACCES || errno == EROFS || errno == EPERM;

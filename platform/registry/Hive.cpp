@@ -89,10 +89,13 @@ DWORD Hive::openFile(Intent intent, Problem* problem) {
     DWORD error = checkHiveFile(m_kind, m_path, &identity, problem);
     if (error == ERROR_FILE_NOT_FOUND && intent == Intent::WRITE) {
         error = makeHiveFolder(m_kind, m_path, problem);
-        error = error == ERROR_SUCCESS ? Database::make(m_kind, m_path, &m_patience, problem) : error;
+        error =
+            error == ERROR_SUCCESS ? Database::make(m_kind, m_path, &m_patience, problem) : error;
         error = error == ERROR_SUCCESS ? checkHiveFile(m_kind, m_path, &identity, problem) : error;
     }
-    return error == ERROR_SUCCESS ? Database::open(m_path, identity, &m_patience, &m_database, problem) : error;
+    return error == ERROR_SUCCESS
+               ? Database::open(m_path, identity, &m_patience, &m_database, problem)
+               : error;
 }
 
 /// Before a write, which would go to a file that nobody else sees any more.

@@ -8,6 +8,7 @@
 #include "framework/COleDispatchDriver.h"
 #include "framework/COleObjectFactory.h"
 #include "platform/automation/registration.h"
+#include "tests/automation/BusClient.h"
 #include "tests/automation/testClass.h"
 #include "tests/support/HubProcess.h"
 
@@ -128,8 +129,33 @@ TEST_F(CallTest, ObjectsGoWithTheirReferences) {
     EXPECT_TRUE(waitFor([&] { return first.InvokeHelper<LONG>(REFERENCES) == 1; }));
     EXPECT_EQ(RPC_E_DISCONNECTED, errorOf(first, DIE)) << "it dies in the middle of the call";
     EXPECT_EQ(RPC_E_DISCONNECTED, errorOf(first, ADD, LONG{1}, LONG{2}));
+    Caller caller(first);
+    EXPECT_EQ(RPC_E_DISCONNECTED, errorOf(first, CALL_BACK, caller.GetIDispatch(false), LONG{0}));
+    EXPECT_TRUE(waitFor([] { return ForeignReferences() == 0; })) << "the dead hold nothing";
     COleDispatchDriver again;
     EXPECT_TRUE(again.CreateDispatch(CLASS_ID)) << "its program is started anew";
+}
+
+TEST_F(CallTest, WhatIsSharedGoesWithThoseWhoHoldIt) {
+    COleDispatchDriver driver;
+    ASSERT_TRUE(driver.CreateDispatch(CLASS_ID));
+    const auto references = [&] { return driver.InvokeHelper<LONG>(REFERENCES); };
+    const std::string address = "unix:path=" + sandbox().desktopFolder() + "/bus";
+    BusClient receiver(address);
+    {
+        BusClient giver(address);
+        const std::string path = giver.create(PROGRAM_ID);
+        ASSERT_FALSE(path.empty());
+        EXPECT_FALSE(receiver.share(PROGRAM_ID, path, giver.name())) << "it holds none";
+        EXPECT_TRUE(giver.share(PROGRAM_ID, path, receiver.name()));
+        EXPECT_TRUE(giver.share(PROGRAM_ID, path, receiver.nameOf(PROGRAM_ID)))
+            << "to its own process, in a message that never comes";
+        EXPECT_FALSE(giver.share(PROGRAM_ID, path, "org.freedesktop.DBus"));
+        EXPECT_TRUE(giver.share(PROGRAM_ID, path, ":1.99999")) << "one that has gone is noticed";
+        EXPECT_TRUE(waitFor([&] { return references() == 4; }));
+    }
+    EXPECT_TRUE(waitFor([&] { return references() == 2; })) << "the receiver's, and the driver's";
+    EXPECT_EQ(2, references());
 }
 
 TEST_F(CallTest, EachFaultOfAProgramHasItsOwnError) {
@@ -141,9 +167,13 @@ TEST_F(CallTest, EachFaultOfAProgramHasItsOwnError) {
     SetUp();
     setenv(MODE, "idle", 1);
     EXPECT_EQ(CO_E_SERVER_START_TIMEOUT, creationError());
-    setenv(MODE, "mute", 1);
+    setenv(MODE, "late", 1);
     EXPECT_EQ(RPC_E_TIMEOUT, creationError());
     unsetenv(MODE);
+    COleDispatchDriver driver;
+    ASSERT_TRUE(driver.CreateDispatch(PROGRAM_ID)) << "it works again";
+    EXPECT_TRUE(waitFor([&] { return driver.InvokeHelper<LONG>(REFERENCES) == 1; }))
+        << "the object that came too late is given back";
 }
 
 TEST_F(CallTest, AFaultThatIsMendedIsForgotten) {

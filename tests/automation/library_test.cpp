@@ -1,6 +1,13 @@
 // The hub's own object: notices of libraries on their way to the tool that wants them.
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+
+#include <sqlite3.h>
 
 #include "bridge/CLibraryStatus.h"
 #include "bridge/TvxOleDispatchDriver.h"
@@ -9,6 +16,7 @@
 #include "platform/desktop/message.h"
 #include "platform/desktop/window.h"
 #include "platform/kernel/sync.h"
+#include "tests/automation/BusClient.h"
 #include "tests/support/BusDaemon.h"
 #include "tests/support/HubProcess.h"
 
@@ -28,6 +36,14 @@ protected:
     }
     static int control(std::vector<std::string> words) {
         return ChildProcess("juntoractl", std::move(words)).wait().value_or(-1);
+    }
+    std::string busAddress() const { return "unix:path=" + sandbox().desktopFolder() + "/bus"; }
+    /// Waits until the hub has said so.
+    bool hubSays(const std::string& text) {
+        return waitFor([&] {
+            m_hub->readLine(ChildProcess::Milliseconds(0));
+            return m_hub->errors().find(text) != std::string::npos;
+        });
     }
     bool hubHasEnded() { return m_hub->wait(ChildProcess::Milliseconds(0)).has_value(); }
 };
@@ -55,8 +71,7 @@ TEST_F(LibraryTest, AnyProgramOnTheBusCallsIt) {
     ASSERT_EQ(0, ChildProcess("juntora", {"-Regserver"}).wait());
     const std::string name = BusNameOfClass(LIBRARY_STATUS_PROGRAM_ID);
     const auto call = [&](const std::string& member, std::vector<std::string> arguments) {
-        std::vector<std::string> words{"--bus=unix:path=" + sandbox().desktopFolder() + "/bus",
-                                       "--print-reply", "--dest=" + name,
+        std::vector<std::string> words{"--bus=" + busAddress(), "--print-reply", "--dest=" + name,
                                        "/Voltara/JuntoraLibraryStatus/v16_6_0", member};
         words.insert(words.end(), arguments.begin(), arguments.end());
         ChildProcess tool("/usr/bin/dbus-send", std::move(words), {{}, "", true});
@@ -110,15 +125,16 @@ TEST_F(LibraryTest, AHubThatWasStartedForAnObjectEndsWithIt) {
 TEST_F(LibraryTest, ClientsThatDieLeaveNothing) {
     startHub();
     const HWND tool = attach("Draftel");
-    for (int i = 0; i < 40; ++i) {
+    const auto start = std::chrono::steady_clock::now();
+    ASSERT_EQ(0, control({"library", "changed", "/a.olb"}));
+    const std::chrono::duration<double, std::micro> whole =
+        std::chrono::steady_clock::now() - start;
+    constexpr int DEATHS = 40;
+    for (int i = 0; i < DEATHS; ++i) {
         ChildProcess client("juntoractl", {"library", "changed", "/a.olb"}, {{}, "", true});
-        if (i % 4 == 0) {
-            EXPECT_EQ(0, client.wait());
-        } else {
-            SleepMicroseconds(static_cast<DWORD>(i * 300));  // Somewhere on its way.
-            client.kill();
-            client.wait();
-        }
+        SleepMicroseconds(static_cast<DWORD>(whole.count() * i / DEATHS));  // Somewhere on its way.
+        client.kill();
+        client.wait();
     }
     signOff(tool);
     EXPECT_TRUE(waitFor([this] {
@@ -146,21 +162,88 @@ TEST_F(LibraryTest, WhatOthersPostToItsWindowDoesNoHarm) {
     EXPECT_EQ(0, driver.InvokeHelper<LONG>(CLOSE_FILE, "/a.olb"));
 }
 
-TEST_F(LibraryTest, TheHubOutlivesTheBusAndSaysSoOnce) {
-    BusDaemon bus(sandbox().runtimeFolder());
-    startHub({}, "juntora", {"DBUS_SESSION_BUS_ADDRESS=" + bus.address()});
+TEST_F(LibraryTest, ClientsThatComeAndGoAtRandomLeaveNothing) {
+    constexpr int CLIENTS = 1'000;
+    constexpr std::size_t AT_ONCE = 20;
+    startHub();
     const HWND tool = attach("Draftel");
-    bus.end();
+    struct Client {
+        BusClient bus;
+        std::string path;
+    };
+    std::vector<Client> clients;
+    std::mt19937 random(20'261);
+    const auto below = [&](std::size_t limit) { return random() % limit; };
+    for (int made = 0; made < CLIENTS || !clients.empty();) {
+        if (made < CLIENTS && (clients.size() < 2 || below(4) == 0)) {
+            clients.push_back({BusClient(busAddress()), ""});
+            ++made;
+        }
+        const std::size_t chosen = below(clients.size());
+        Client& client = clients[chosen];
+        const auto send = [&](const char* interface, const char* member) {
+            client.bus.send(LIBRARY_STATUS_PROGRAM_ID, client.path, interface, member);
+        };
+        switch (below(clients.size() < AT_ONCE && made < CLIENTS ? 6 : 1)) {
+            case 0:
+                clients.erase(clients.begin() + static_cast<std::ptrdiff_t>(chosen));
+                break;
+            case 1:
+                client.path = client.bus.create(LIBRARY_STATUS_PROGRAM_ID);
+                EXPECT_FALSE(client.path.empty());
+                break;
+            case 2:
+                send("juntora.Class", "CreateInstance");
+                break;
+            case 3:
+                send("juntora.Object", "Release");
+                break;
+            case 4:
+                send("juntora.Object", "Invoke");  // With nothing of what belongs in it.
+                break;
+            default:
+                send(BusNameOfClass(LIBRARY_STATUS_PROGRAM_ID).c_str(), "LibraryListChanged");
+                break;
+        }
+    }
+    EXPECT_TRUE(hubGoesOn());
+    signOff(tool);
     EXPECT_TRUE(waitFor([this] {
-        m_hub->readLine(ChildProcess::Milliseconds(0));
-        return m_hub->errors().find("bus has ended") != std::string::npos;
-    }));
+        tick();
+        return hubHasEnded();
+    })) << "an object was left";
+    EXPECT_EQ(0, m_hub->wait());
+}
+
+TEST_F(LibraryTest, TheHubOutlivesTheBusAndSaysSoOnce) {
+    startHub();
+    const HWND tool = attach("Draftel");
+    const unsigned bus = BusClient(busAddress()).processOf("org.freedesktop.DBus");
+    ASSERT_NE(0U, bus);
+    kill(static_cast<pid_t>(bus), SIGKILL);
+    EXPECT_TRUE(hubSays("bus has ended"));
     EXPECT_TRUE(hubGoesOn());
     EXPECT_TRUE(IsWindow(tool));
+    EXPECT_TRUE(AfxOleInit()) << "who comes now starts another";
+    EXPECT_NE(0U, BusClient(busAddress()).processOf("org.freedesktop.DBus"));
     signOff(tool);
     tick();
     EXPECT_EQ(0, hubResult());
     EXPECT_EQ(m_hub->errors().find("bus has ended"), m_hub->errors().rfind("bus has ended"));
+}
+
+TEST_F(LibraryTest, ABusThatIsStoppedHoldsUpNobody) {
+    BusDaemon bus(sandbox().runtimeFolder());
+    startHub({}, "juntora", {"DBUS_SESSION_BUS_ADDRESS=" + bus.address()});
+    const HWND tool = attach("Draftel");
+    BusClient client(bus.address());
+    const pid_t daemon = static_cast<pid_t>(client.processOf("org.freedesktop.DBus"));
+    ASSERT_FALSE(client.create(LIBRARY_STATUS_PROGRAM_ID).empty());
+    kill(daemon, SIGSTOP);
+    EXPECT_TRUE(hubGoesOn());
+    EXPECT_EQ(1, command(tool, "JUNTORA_ANY_APPS_RUNNING"));
+    kill(daemon, SIGCONT);
+    EXPECT_FALSE(client.create(LIBRARY_STATUS_PROGRAM_ID).empty());
 }
 
 TEST_F(LibraryTest, WithoutABusThereIsNoHub) {
@@ -170,6 +253,58 @@ TEST_F(LibraryTest, WithoutABusThereIsNoHub) {
               hub.errors().find("OLE initialization failed.  Make sure that the OLE libraries are "
                                 "the correct version."));
     EXPECT_NE(std::string::npos, hub.errors().find("dbus-daemon")) << "what to do about it";
+}
+
+TEST_F(LibraryTest, ARegistryThatIsNoGoodStopsNoHub) {
+    const std::string folder = sandbox().runtimeFolder() + "/registry";
+    const std::string file = folder + "/user.db";
+    std::filesystem::create_directories(folder);
+    std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
+    for (const char* name : {"/user.db", "/machine.db"}) {
+        std::ofstream(folder + name) << "no database";
+    }
+    ChildProcess registering("juntora", {"-Regserver"}, {{}, "", true});
+    EXPECT_EQ(1, registering.wait());
+    EXPECT_NE(std::string::npos, registering.errors().find("its class could not be registered"));
+    EXPECT_NE(std::string::npos, registering.errors().find(file)) << "which file to mend";
+    startHub();
+    const HWND tool = attach("Draftel");
+    EXPECT_TRUE(hubGoesOn());
+    EXPECT_TRUE(hubSays("its class could not be registered"));
+    EXPECT_EQ("no database",
+              std::string(std::istreambuf_iterator<char>(std::ifstream(file).rdbuf()), {}));
+    signOff(tool);
+}
+
+TEST_F(LibraryTest, ARegistryThatIsLockedHoldsUpAHubForSeconds) {
+    ASSERT_EQ(0, ChildProcess("juntora", {"-Regserver"}).wait());
+    sqlite3* intruder = nullptr;
+    ASSERT_EQ(SQLITE_OK, sqlite3_open((sandbox().runtimeFolder() + "/registry/machine.db").c_str(),
+                                      &intruder));
+    ASSERT_EQ(SQLITE_OK, sqlite3_exec(intruder, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr));
+    const DWORD start = GetTickCount();
+    startHub();
+    EXPECT_LT(GetTickCount() - start, 8'000U) << "it is waited for once, and not by each read";
+    sqlite3_close(intruder);
+    EXPECT_TRUE(hubSays("locked"));
+    TvxOleDispatchDriver driver;
+    EXPECT_TRUE(makeObject(driver)) << "what was registered before still holds";
+}
+
+TEST_F(LibraryTest, ADriverHoldsWhatItAskedForOrNothing) {
+    startHub();
+    TvxOleDispatchDriver driver;
+    IDispatch* offered = driver.m_lpDispatch;
+    EXPECT_EQ(E_NOINTERFACE, driver.getDispInterface(IID_IDispatch, &offered)) << "it is empty";
+    EXPECT_EQ(nullptr, offered);
+    COleException error;
+    ASSERT_TRUE(AfxOleInit());
+    EXPECT_FALSE(driver.createObjectDispatch("Nobody.Knows.It", IID_IDispatch, &error));
+    EXPECT_EQ(CO_E_CLASSSTRING, error.m_sc);
+    EXPECT_FALSE(driver.createObjectDispatch(CLSID_LibraryStatus, CLSID_LibraryStatus, &error))
+        << "an interface that the object does not offer";
+    EXPECT_EQ(nullptr, driver.m_lpDispatch);
+    EXPECT_EQ(0, hubResult()) << "the object was released, the last that there was";
 }
 
 TEST_F(LibraryTest, TheClassIsRegisteredWhereTheUserMay) {

@@ -67,8 +67,8 @@ int run() {
     if (!AfxOleInit() || (how != "idle" && !COleObjectFactory::RegisterAll())) {
         return 1;
     }
-    if (how == "mute") {
-        Sleep(60'000);
+    if (how == "late") {
+        Sleep(START_MILLISECONDS + 1'000);
     }
     MSG message{};
     while (GetMessageA(&message, 0, 0, 0) > 0) {

@@ -10,7 +10,8 @@ inline constexpr GUID CLASS_ID{0x11111111, 0x2222, 0x3333, {4, 4, 5, 5, 5, 5, 5,
 inline constexpr GUID INTERFACE_ID{0x11111112, 0x2222, 0x3333, {4, 4, 5, 5, 5, 5, 5, 5}};
 
 /// What the server does, by an environment variable of this name: nothing (it serves), "exit",
-/// "idle" (it never offers its class) or "mute" (it offers it, and never answers).
+/// "idle" (it never offers its class) or "late" (it offers it, and answers when no caller waits for
+/// it any more).
 inline constexpr char MODE[] = "TEST_SERVER_MODE";
 
 /// The members by their numbers.

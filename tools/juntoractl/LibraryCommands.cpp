@@ -29,7 +29,8 @@ std::string meaningOf(HRESULT result) {
         case CO_E_APPNOTFOUND:
             return "the registered hub is not there any more: start juntora once";
         case CO_E_SERVER_EXEC_FAILURE:
-            return "the hub was started and ended at once";
+            return "the hub was started and ended at once: perhaps one runs that has lost the "
+                   "message bus; close it and try again";
         case CO_E_SERVER_START_TIMEOUT:
             return "the hub was started and is not ready";
         case RPC_E_TIMEOUT:
