@@ -1,7 +1,6 @@
 #include "bridge/CLibraryStatusWnd.h"
 
 #include <cstdio>
-#include <utility>
 
 #include "hub/ipcDes.h"
 #include "ipc/ipc.h"
@@ -40,24 +39,19 @@ bool CLibraryStatusWnd::Create(const CWnd& parent) {
 }
 
 void CLibraryStatusWnd::PostNotice(int code, const char* text) {
-    LPARAM lParam = 0;
-    if (text != nullptr) {
-        auto copy = std::make_unique<const std::string>(text);
-        lParam = reinterpret_cast<LPARAM>(copy.get());
-        m_texts[lParam] = std::move(copy);
-    }
+    const LPARAM lParam = text != nullptr ? m_texts.put(text) : 0;
     if (m_hWnd == 0 || g_nLibraryStatusMessage == 0 ||
         !PostMessageA(m_hWnd, g_nLibraryStatusMessage, static_cast<WPARAM>(code), lParam)) {
-        m_texts.erase(lParam);
+        m_texts.take(lParam);
     }
 }
 
 LRESULT CLibraryStatusWnd::OnNotice(WPARAM wParam, LPARAM lParam) {
-    const auto text = m_texts.extract(lParam);
-    if (m_pLibraryStatus == nullptr || (text.empty() && lParam != 0)) {
+    const auto text = m_texts.take(lParam);
+    if (m_pLibraryStatus == nullptr || (!text && lParam != 0)) {
         return 0;
     }
-    const char* const named = text.empty() ? "" : text.mapped()->c_str();
+    const char* const named = text ? text->c_str() : "";
     switch (wParam) {
         case LIBRARY_LIST_CHANGED:
             sendToLibraryTool("LibraryListChanged%s", "");

@@ -1,10 +1,9 @@
 // The hidden window through which library notices reach the hub's message loop.
 #pragma once
 
-#include <map>
-#include <memory>
 #include <string>
 
+#include "bridge/Posted.h"
 #include "framework/CWnd.h"
 
 namespace juntora {
@@ -35,8 +34,7 @@ private:
     LRESULT OnNotice(WPARAM wParam, LPARAM lParam);
 
     CLibraryStatus* m_pLibraryStatus;  ///< Not owned.
-    /// The texts under way: any program can post the message with an address of its own making.
-    std::map<LPARAM, std::unique_ptr<const std::string>> m_texts;
+    Posted<std::string> m_texts;       ///< Under way.
 };
 
 }  // namespace juntora

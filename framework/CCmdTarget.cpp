@@ -14,7 +14,11 @@ AFX_MSGMAP_ENTRY::Handler AFX_MSGMAP::find(UINT message, int id) const {
     return nullptr;
 }
 
-CCmdTarget::~CCmdTarget() = default;
+CCmdTarget::~CCmdTarget() {
+    if (m_dispatch) {
+        DisconnectObject(m_dispatch.get());
+    }
+}
 
 void CCmdTarget::EnableAutomation() { m_dispatch = std::make_unique<CmdDispatch>(*this); }
 

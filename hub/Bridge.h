@@ -25,6 +25,10 @@ public:
     /// returns at once.
     virtual bool firstLook(int opcode, IpcMessage* record, int* result) = 0;
 
+    /// Whether a call of a tool's object is being waited for, with the bridge on the stack: neither
+    /// bridge nor hub may end then.
+    virtual bool isCalling() const = 0;
+
     /// The window of a tool that holds a file in a way that stands against `access` (1 read, 2
     /// write, 3 both) without having told the hub; 0 if there is none.
     virtual HWND toolForLockedFile(const PathName& file, std::uint32_t access) = 0;

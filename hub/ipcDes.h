@@ -33,6 +33,9 @@ public:
     /// Makes the bridge anew. Without a maker, or if its windows cannot be made, there is none.
     void createBridge();
 
+    /// See Bridge::isCalling.
+    bool isBridgeCalling() const { return m_pBridge && m_pBridge->isCalling(); }
+
     /// Handles a record, from inside the hidden window's procedure only.
     int onRequest(int opcode, IpcMessage* record) override;
 

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "bridge/CComLink.h"
 #include "framework/COleObjectFactory.h"
 #include "framework/CWnd.h"
 #include "ipc/IpcMessage.h"
@@ -48,6 +49,7 @@ bool CJuntoraApp::InitInstance() {
         return false;
     }
     RegisterHubResources();
+    setBridgeMaker(&CComLink::create);
     if (!AfxOleInit()) {
         startLock.Release();  // The box may stand for long.
         AfxMessageBox(IDS_NO_AUTOMATION);

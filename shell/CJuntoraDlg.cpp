@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "common/ScopedCount.h"
 #include "framework/COleObjectFactory.h"
 #include "hub/CIpcMsgWnd.h"
 #include "hub/ipcDes.h"
@@ -20,18 +21,6 @@ namespace {
 
 constexpr WPARAM SC_ABOUT = 16;
 constexpr UINT SC_MASK = 0xFFF0;  ///< The low four bits are the system's.
-
-/// Counts up for as long as it lives.
-class ScopedCount {
-public:
-    explicit ScopedCount(int& count) : m_nCount(count) { ++m_nCount; }
-    ~ScopedCount() { --m_nCount; }
-    ScopedCount(const ScopedCount&) = delete;
-    ScopedCount& operator=(const ScopedCount&) = delete;
-
-private:
-    int& m_nCount;
-};
 
 }  // namespace
 
@@ -135,11 +124,12 @@ void CJuntoraDlg::OnClose() {
     if (!AfxOleCanExitApp()) {
         return;
     }
-    // While tools are being closed, or a request is being served (which may show a box), there is a
-    // call on the stack that goes on with these objects. The next tick of the timer asks again:
-    // what asks now may be the last object of a hub that was started for it, which never asks
-    // again.
-    const bool isBusy = m_nClosingApps > 0 || (m_pIpcWnd && m_pIpcWnd->IsServing());
+    // While tools are being closed, a request is being served (which may show a box) or the bridge
+    // waits for a tool, there is a call on the stack that goes on with these objects. The next tick
+    // of the timer asks again: what asks now may be the last object of a hub that was started for
+    // it, which never asks again.
+    const bool isBusy = m_nClosingApps > 0 || (m_pIpcWnd && m_pIpcWnd->IsServing()) ||
+                        (m_pMonitor && m_pMonitor->m_pIpc->isBridgeCalling());
     if (isBusy && m_pMonitor) {
         m_pMonitor->CloseAtNextTick();
     }

@@ -51,6 +51,10 @@ void LateRelease::releaseNext() {
     }
 }
 
+void LateRelease::forget(const IDispatch* object) {
+    std::erase_if(m_line, [object](const auto& waiting) { return waiting.first == object; });
+}
+
 void LateRelease::add(IDispatch* object, DWORD references) {
     if (references == 0) {
         return;

@@ -18,6 +18,8 @@ public:
     LateRelease& operator=(const LateRelease&) = delete;
 
     void add(IDispatch* object, DWORD references);
+    /// For an object that ends by itself.
+    void forget(const IDispatch* object);
 
 private:
     static LRESULT handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam);

@@ -144,9 +144,7 @@ bool Objects::releaseOne(Number number, const std::string& holder) {
     const auto entry = m_holders.find(holder);
     const auto reference = entry->second.references.find(number);
     if (--reference->second == 0) {
-        entry->second.references.erase(reference);
-        std::erase_if(entry->second.ofClasses,
-                      [&](const auto& ofClass) { return ofClass.second == number; });
+        forget(entry->second, number);
     }
     drop(number, 1);
     return true;
@@ -166,6 +164,25 @@ void Objects::releaseEverything() {
     while (!m_holders.empty()) {
         releaseAllOf(std::string(m_holders.begin()->first));
     }
+}
+
+void Objects::disconnect(const IDispatch* object) {
+    m_released.forget(object);
+    const auto known = m_numbers.find(object);
+    if (known == m_numbers.end()) {
+        return;
+    }
+    const Number number = known->second;
+    for (auto& [name, holder] : m_holders) {
+        forget(holder, number);
+    }
+    m_objects.erase(number);
+    m_numbers.erase(known);
+}
+
+void Objects::forget(Holder& holder, Number number) {
+    holder.references.erase(number);
+    std::erase_if(holder.ofClasses, [&](const auto& ofClass) { return ofClass.second == number; });
 }
 
 /// Gives back references to an object, and forgets it when nobody holds it any more.

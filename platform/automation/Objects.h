@@ -37,6 +37,8 @@ public:
     /// Takes back all that a process holds.
     void releaseAllOf(const std::string& holder);
     void releaseEverything();
+    /// Forgets an object that ends, with all references to it.
+    void disconnect(const IDispatch* object);
 
     /// The object that a class's own path stands for to a process that has never made one: it is
     /// made by the first call, and held until that process ends. Null if it cannot be made.
@@ -62,6 +64,7 @@ private:
     bool holds(const std::string& holder, Number number) const;
     bool addReference(Number number, const std::string& holder);
     bool watch(Holder& holder, const std::string& key);
+    static void forget(Holder& holder, Number number);
     bool releaseOne(Number number, const std::string& holder);
     void drop(Number number, DWORD references);
     static std::string roadOf(const std::string& sender);
@@ -69,7 +72,7 @@ private:
     Bus& m_bus;
     LateRelease m_released;
     std::unordered_map<Number, Entry> m_objects;
-    std::unordered_map<IDispatch*, Number> m_numbers;
+    std::unordered_map<const IDispatch*, Number> m_numbers;
     std::unordered_map<std::string, Holder> m_holders;
     Number m_last = 0;
 };

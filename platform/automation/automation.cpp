@@ -3,12 +3,15 @@
 
 #include <cstdio>
 #include <memory>
+#include <utility>
 
 #include "platform/automation/ClassKeys.h"
 #include "platform/automation/ClassNames.h"
 #include "platform/automation/ClassStart.h"
+#include "platform/automation/NameWatch.h"
 #include "platform/automation/Objects.h"
 #include "platform/automation/ReceivedValues.h"
+#include "platform/automation/RemoteObject.h"
 #include "platform/automation/Server.h"
 #include "platform/automation/Services.h"
 #include "platform/automation/protocol.h"
@@ -92,6 +95,39 @@ bool StartAutomation(std::string* why) {
     runtime->server = std::make_unique<Server>(*runtime->bus, *runtime->objects);
     g_runtime = runtime.release();
     return true;
+}
+
+struct ObjectWatch::State {
+    std::function<void()> gone;
+    std::unique_ptr<automation::NameWatch> watch = nullptr;
+};
+
+ObjectWatch::ObjectWatch(const IDispatch* object, std::function<void()> gone)
+    : m_state(std::make_shared<State>(std::move(gone))) {
+    using namespace automation;
+    const auto* remote = dynamic_cast<const RemoteObject*>(object);
+    if (remote == nullptr) {
+        return;
+    }
+    m_state->watch = std::make_unique<NameWatch>(
+        *g_runtime->bus, remote->address().owner, [state = std::weak_ptr(m_state)](bool isThere) {
+            if (!isThere) {
+                g_runtime->bus->later([state] {
+                    const auto held = state.lock();
+                    if (held && held->gone) {
+                        std::exchange(held->gone, nullptr)();
+                    }
+                });
+            }
+        });
+}
+
+ObjectWatch::~ObjectWatch() = default;
+
+void DisconnectObject(const IDispatch* object) {
+    if (automation::g_runtime != nullptr) {
+        automation::g_runtime->objects->disconnect(object);
+    }
 }
 
 bool ServeClass(const ServedClass& served) {

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -99,6 +100,26 @@ public:
 protected:
     ~IDispatch() = default;
 };
+
+/// Word of the end of an object's process, for as long as this lives. An object of this process
+/// never ends so.
+class ObjectWatch {
+public:
+    /// `gone` is called once, from the message loop or while a call waits; at once for a process
+    /// that has gone already.
+    ObjectWatch(const IDispatch* object, std::function<void()> gone);
+    ~ObjectWatch();
+    ObjectWatch(const ObjectWatch&) = delete;
+    ObjectWatch& operator=(const ObjectWatch&) = delete;
+
+private:
+    struct State;
+    std::shared_ptr<State> m_state;
+};
+
+/// Takes all references to an object of this process away from other processes, which find it gone:
+/// for one that ends whether or not it is held.
+void DisconnectObject(const IDispatch* object);
 
 /// Starts automation for the calling thread: joins the session's bus, or the desktop's own where
 /// there is none. Once in a process; later calls return the same. False when there is no bus to be

@@ -1,0 +1,64 @@
+#include "bridge/CAppReg.h"
+
+#include <cstring>
+
+namespace juntora {
+namespace {
+
+constexpr char VALUE[] = "CmdLine";
+constexpr REGSAM ACCESS = KEY_READ | KEY_WRITE;
+
+}  // namespace
+
+/// Makes what is missing but the first. Null on failure.
+HKEY CAppReg::openToolKey(const char* toolKey) {
+    HKEY key{};
+    if (RegOpenKeyExA(HKEY_CURRENT_USER, "software", ACCESS, &key) != ERROR_SUCCESS) {
+        return nullptr;
+    }
+    for (const char* name : {"Tarvex", "Voltara Juntora", "16.6.0", toolKey}) {
+        HKEY next{};
+        const DWORD error = RegCreateKeyExA(key, name, ACCESS, &next, nullptr);
+        RegCloseKey(key);
+        if (error != ERROR_SUCCESS) {
+            return nullptr;
+        }
+        key = next;
+    }
+    return key;
+}
+
+void CAppReg::setCmdLine(const char* toolKey, const char* text) {
+    const HKEY key = openToolKey(toolKey);
+    if (key == nullptr) {
+        return;
+    }
+    if (text != nullptr) {
+        RegSetValueExA(key, VALUE, REG_SZ, text, static_cast<DWORD>(std::strlen(text) + 1));
+    } else {
+        RegDeleteValueA(key, VALUE);
+    }
+    RegCloseKey(key);
+}
+
+void CAppReg::clearCmdLine(const char* toolKey) { setCmdLine(toolKey, nullptr); }
+
+std::string CAppReg::getCmdLine(const char* toolKey) {
+    const HKEY key = openToolKey(toolKey);
+    if (key == nullptr) {
+        return "";
+    }
+    DWORD size = 0;
+    DWORD type = 0;
+    std::string text;
+    if (RegQueryValueExA(key, VALUE, &type, nullptr, &size) == ERROR_SUCCESS && type == REG_SZ) {
+        text.resize(size);
+        if (RegQueryValueExA(key, VALUE, &type, text.data(), &size) != ERROR_SUCCESS) {
+            text.clear();
+        }
+    }
+    RegCloseKey(key);
+    return text.c_str();  // Without the NUL.
+}
+
+}  // namespace juntora

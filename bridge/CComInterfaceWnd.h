@@ -1,0 +1,73 @@
+// A hidden window that stands in the hub's table for a tool that is driven by automation.
+#pragma once
+
+#include <string>
+
+#include "bridge/Posted.h"
+#include "framework/CWnd.h"
+
+namespace juntora {
+
+class CComLink;
+
+/// What the bridge posts to itself: wParam of the private message. The value is lParam.
+enum BridgeCode : int {
+    BRIDGE_START_VOLTARA = 1,
+    BRIDGE_START_TUNARA = 2,
+    BRIDGE_OPEN_PROFILE = 3,  ///< Text.
+    BRIDGE_OPEN_TUNARA = 4,   ///< Text.
+    BRIDGE_CHANGE = 5,        ///< ChangeRecord.
+    BRIDGE_SCOPEL = 6,        ///< Text.
+    BRIDGE_START_MODELAR = 7,
+    BRIDGE_START_WAVEND = 8,
+    BRIDGE_MODELAR = 9,  ///< Text.
+    BRIDGE_WAVEND = 10,  ///< Text.
+    BRIDGE_END = 11,     ///< The address of the window whose session is to end.
+    BRIDGE_CLOSED = 12,  ///< The handle of the window that is to go.
+};
+
+/// One change that the simulator has reported. What it could not tell is empty.
+struct ChangeRecord {
+    LONG code;
+    std::string dataFile;
+    std::string profileFile;
+};
+
+/// The number of the private message; 0 where it could not be registered.
+extern const UINT g_nComInterfaceMessage;
+
+/// Asked of a stand-by window by SendMessageA: the tool for which its session runs in the lower 32
+/// bits (0: it runs for nobody), a SessionState above them. The name of a registered message.
+inline constexpr char SESSION_STATE_MESSAGE[] = "Juntora_SessionState";
+enum SessionState : int { SESSION_NONE, SESSION_RUNS, SESSION_CONNECTED, SESSION_SUBSCRIBED };
+
+inline constexpr char STANDBY_WINDOW_CLASS[] = "JuntoraStandBy";
+
+class CComInterfaceWnd : public CWnd {
+public:
+    /// Without a link it behaves as a plain window.
+    explicit CComInterfaceWnd(CComLink* link) : m_pComLink(link) {}
+    ~CComInterfaceWnd() override = default;
+
+    /// Makes the window on the desktop, hidden and behind all others. False on failure.
+    bool Create(const char* caption, int id);
+
+    /// Puts a code into the message loop, with a number, a text or a change. 0 when that failed.
+    BOOL postCode(int code, LPARAM value = 0);
+    BOOL postText(int code, const std::string& text);
+    BOOL postChange(ChangeRecord change);
+
+protected:
+    const AFX_MSGMAP& GetMessageMap() const override;
+
+private:
+    void onClose();
+    LRESULT onBridgeMessage(WPARAM wParam, LPARAM lParam);
+    LRESULT onSessionState();
+
+    CComLink* m_pComLink;  ///< Not owned.
+    Posted<std::string> m_texts;
+    Posted<ChangeRecord> m_changes;
+};
+
+}  // namespace juntora

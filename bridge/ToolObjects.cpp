@@ -1,0 +1,95 @@
+// Where the tools' objects come from.
+#include "bridge/ToolObjects.h"
+
+#include <string>
+
+#include "bridge/StandIns.h"
+#include "platform/kernel/errorOutput.h"
+#include "platform/kernel/modules.h"
+#include "platform/kernel/printable.h"
+#include "platform/kernel/process.h"
+#include "platform/registry/registry.h"
+
+namespace juntora {
+namespace {
+
+constexpr char PATH_VARIABLE[] = "JUNTORA_TOOL_OBJECTS";
+constexpr char PATH_KEY[] = "Software\\Tarvex\\Voltara Juntora\\16.6.0";
+constexpr char PATH_VALUE[] = "ToolObjects";
+
+std::string readPath(HKEY root) {
+    HKEY key{};
+    if (RegOpenKeyExA(root, PATH_KEY, KEY_QUERY_VALUE, &key) != ERROR_SUCCESS) {
+        return "";
+    }
+    char path[4096] = "";
+    DWORD size = sizeof path - 1;
+    DWORD type = 0;
+    const bool isText =
+        RegQueryValueExA(key, PATH_VALUE, &type, path, &size) == ERROR_SUCCESS && type == REG_SZ;
+    RegCloseKey(key);
+    return isText ? path : "";
+}
+
+std::string libraryPath() {
+    if (const char* path = GetEnvironment(PATH_VARIABLE)) {
+        return path;
+    }
+    const std::string own = readPath(HKEY_CURRENT_USER);
+    return own.empty() ? readPath(HKEY_LOCAL_MACHINE) : own;
+}
+
+/// Null where none is supplied, or where it cannot be loaded, of which is told.
+HMODULE loadLibrary() {
+    const std::string path = libraryPath();
+    if (path.empty()) {
+        return nullptr;
+    }
+    const char* why = nullptr;
+    const HMODULE library = LoadLibraryA(path.c_str(), &why);
+    if (library == nullptr) {
+        kernel::WriteToErrors(PrintableText("juntora: the library of tool objects, " + path +
+                                            ", cannot be loaded: " + why +
+                                            ". The tools are reached as automation servers; mend "
+                                            "JUNTORA_TOOL_OBJECTS, or the registry's \"" +
+                                            PATH_VALUE + "\", and start the hub again.") +
+                              "\n");
+    }
+    return library;
+}
+
+/// What the library's function of that name makes, or the stand-in where it has no such function.
+template <class Object>
+std::unique_ptr<Object> create(const char* factory, std::unique_ptr<Object> (*standIn)()) {
+    static const HMODULE library = loadLibrary();
+    using Factory = Object* (*)();
+    void* const address = library != nullptr ? GetProcAddress(library, factory) : nullptr;
+    if (address == nullptr) {
+        return standIn();
+    }
+    return std::unique_ptr<Object>(reinterpret_cast<Factory>(address)());
+}
+
+}  // namespace
+
+std::unique_ptr<wVoltaraUserInterface> createWVoltaraUserInterface() {
+    return create("createWVoltaraUserInterface", &makeVoltaraUserStandIn);
+}
+
+std::unique_ptr<wSimObjInterface> createWSimObjInterface() {
+    return create("createWSimObjInterface", &makeSimObjStandIn);
+}
+
+std::unique_ptr<wTunaraInterface> createWTunaraInterface() {
+    return create("createWTunaraInterface", &makeTunaraStandIn);
+}
+
+std::unique_ptr<wSketchelModelarInterface> createWSketchelModelarInterface() {
+    return create("createWSketchelModelarInterface", &makeModelarStandIn);
+}
+
+std::unique_ptr<wSketchelWavendInterface> createWSketchelWavendInterface() {
+    return create("createWSketchelWavendInterface", &makeWavendStandIn);
+}
+
+}  // namespace juntora

@@ -1,0 +1,30 @@
+#include "platform/kernel/modules.h"
+
+#include <dlfcn.h>
+
+#include "platform/kernel/sync.h"
+#include "platform/messages.h"
+
+namespace juntora {
+
+HMODULE LoadLibraryA(const char* path, const char** why) {
+    void* const module = dlopen(path, RTLD_NOW | RTLD_LOCAL);
+    if (module == nullptr) {
+        const char* const reason = dlerror();
+        if (why != nullptr) {
+            *why = reason;
+        }
+        SetLastError(ERROR_MOD_NOT_FOUND);
+    }
+    return static_cast<HMODULE>(module);
+}
+
+void* GetProcAddress(HMODULE module, const char* name) {
+    void* const address = dlsym(module, name);
+    if (address == nullptr) {
+        SetLastError(ERROR_PROC_NOT_FOUND);
+    }
+    return address;
+}
+
+}  // namespace juntora

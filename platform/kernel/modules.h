@@ -1,0 +1,21 @@
+// Code that is loaded while the program runs. Any thread may call these.
+#pragma once
+
+#include "platform/types.h"
+
+namespace juntora {
+
+/// A shared library in this process.
+struct Module;
+using HMODULE = Module*;
+
+/// Loads a library with all that it needs, once for all callers; it stays for the process's life.
+/// Null on failure: ERROR_MOD_NOT_FOUND, with the system's own words in `*why`, which may be null.
+/// `why` belongs to the layer, until the thread's next call.
+HMODULE LoadLibraryA(const char* path, const char** why);
+
+/// The address of a function or object that the library offers; null, with ERROR_PROC_NOT_FOUND,
+/// where it offers none of that name.
+void* GetProcAddress(HMODULE module, const char* name);
+
+}  // namespace juntora
