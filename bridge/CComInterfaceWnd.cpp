@@ -8,7 +8,7 @@
 namespace juntora {
 namespace {
 
-const UINT g_nSessionStateMessage = RegisterWindowMessageA(SESSION_STATE_MESSAGE);
+const UINT g_nSessionMessage = RegisterWindowMessageA(SESSION_MESSAGE);
 
 }  // namespace
 
@@ -69,15 +69,20 @@ LRESULT CComInterfaceWnd::onBridgeMessage(WPARAM wParam, LPARAM lParam) {
     return 0;
 }
 
-LRESULT CComInterfaceWnd::onSessionState() {
-    return m_pComLink != nullptr ? m_pComLink->sessionState(*this) : 0;
+LRESULT CComInterfaceWnd::onSessionQuestion(WPARAM wParam) {
+    if (m_pComLink == nullptr) {
+        return 0;
+    }
+    const Session session = m_pComLink->sessionOf(*this);
+    return wParam == SESSION_ASK_CLIENT ? static_cast<LRESULT>(session.client)
+                                        : static_cast<LRESULT>(session.state);
 }
 
 const AFX_MSGMAP& CComInterfaceWnd::GetMessageMap() const {
     static const AFX_MSGMAP_ENTRY entries[] = {
         ON_MESSAGE<&CComInterfaceWnd::onClose>(WM_CLOSE),
         ON_REGISTERED_MESSAGE<&CComInterfaceWnd::onBridgeMessage>(g_nComInterfaceMessage),
-        ON_REGISTERED_MESSAGE<&CComInterfaceWnd::onSessionState>(g_nSessionStateMessage)};
+        ON_REGISTERED_MESSAGE<&CComInterfaceWnd::onSessionQuestion>(g_nSessionMessage)};
     static const AFX_MSGMAP map{&CWnd::GetMessageMap(), entries};
     return map;
 }

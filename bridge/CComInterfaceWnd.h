@@ -36,9 +36,10 @@ struct ChangeRecord {
 /// The number of the private message; 0 where it could not be registered.
 extern const UINT g_nComInterfaceMessage;
 
-/// Asked of a stand-by window by SendMessageA: the tool for which its session runs in the lower 32
-/// bits (0: it runs for nobody), a SessionState above them. The name of a registered message.
-inline constexpr char SESSION_STATE_MESSAGE[] = "Juntora_SessionState";
+/// The name of a registered message, by which any program asks a stand-by window of its session:
+/// for a SessionState, or for the window of the tool that it runs for (0: for nobody).
+inline constexpr char SESSION_MESSAGE[] = "Juntora_Session";
+enum SessionQuestion : WPARAM { SESSION_ASK_STATE, SESSION_ASK_CLIENT };
 enum SessionState : int { SESSION_NONE, SESSION_RUNS, SESSION_CONNECTED, SESSION_SUBSCRIBED };
 
 inline constexpr char STANDBY_WINDOW_CLASS[] = "JuntoraStandBy";
@@ -63,7 +64,7 @@ protected:
 private:
     void onClose();
     LRESULT onBridgeMessage(WPARAM wParam, LPARAM lParam);
-    LRESULT onSessionState();
+    LRESULT onSessionQuestion(WPARAM wParam);
 
     CComLink* m_pComLink;  ///< Not owned.
     Posted<std::string> m_texts;

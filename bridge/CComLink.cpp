@@ -182,26 +182,21 @@ void CComLink::onWindowClosed(HWND window) {
     }
 }
 
-LRESULT CComLink::sessionState(const CComInterfaceWnd& window) const {
-    HWND client = 0;
-    SessionState state = SESSION_NONE;
-    if (&window == m_pcwndDummyVoltara.get() || &window == m_pcwndDummyScopel.get()) {
-        client = m_hVoltaraClient;
-        state = !m_pVoltaraUser          ? SESSION_NONE
-                : !m_pIpcLink            ? SESSION_RUNS
-                : m_pLinkSink == nullptr ? SESSION_CONNECTED
-                                         : SESSION_SUBSCRIBED;
-    } else if (&window == m_pcwndDummyTunara.get()) {
-        client = m_hTunaraClient;
-        state = m_pTunara ? SESSION_RUNS : SESSION_NONE;
-    } else if (&window == m_pcwndDummyModelar.get()) {
-        client = m_hModelarClient;
-        state = dorvaneWindow() == window.m_hWnd ? SESSION_RUNS : SESSION_NONE;
-    } else if (&window == m_pcwndDummyWavend.get()) {
-        client = m_hWavendClient;
-        state = wavendWindow() == window.m_hWnd ? SESSION_RUNS : SESSION_NONE;
+Session CComLink::sessionOf(const CComInterfaceWnd& window) const {
+    const auto runsIf = [](bool runs) { return runs ? SESSION_RUNS : SESSION_NONE; };
+    const auto is = [&](const Window& own) { return own.get() == &window; };
+    if (is(m_pcwndDummyVoltara) || is(m_pcwndDummyScopel)) {
+        const SessionState linked = m_pLinkSink != nullptr ? SESSION_SUBSCRIBED : SESSION_CONNECTED;
+        return {m_pVoltaraUser && m_pIpcLink ? linked : runsIf(m_pVoltaraUser != nullptr),
+                m_hVoltaraClient};
     }
-    return static_cast<LRESULT>(client) | static_cast<LRESULT>(state) << 32;
+    if (is(m_pcwndDummyTunara)) {
+        return {runsIf(m_pTunara != nullptr), m_hTunaraClient};
+    }
+    if (is(m_pcwndDummyModelar)) {
+        return {runsIf(dorvaneWindow() == window.m_hWnd), m_hModelarClient};
+    }
+    return {runsIf(wavendWindow() == window.m_hWnd), m_hWavendClient};
 }
 
 }  // namespace juntora

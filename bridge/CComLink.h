@@ -26,6 +26,11 @@ struct BridgeValue {
     const ChangeRecord* change;  ///< As text.
 };
 
+struct Session {
+    SessionState state = SESSION_NONE;
+    HWND client = 0;  ///< Who has asked for it.
+};
+
 /// One in the process, made, held and ended by its hub, for the hub's thread.
 class CComLink : public CCmdTarget, public Bridge {
 public:
@@ -65,8 +70,7 @@ public:
     CComInterfaceWnd* firstWindow() const;
     /// Carries out a code. The window that it came to may be gone behind it.
     void perform(int code, const BridgeValue& value);
-    /// For SESSION_STATE_MESSAGE.
-    LRESULT sessionState(const CComInterfaceWnd& window) const;
+    Session sessionOf(const CComInterfaceWnd& window) const;
 
 protected:
     const AFX_DISPMAP* GetDispatchMap() const override;

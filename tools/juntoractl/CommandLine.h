@@ -14,6 +14,7 @@ namespace juntora {
 using Action = std::function<int()>;
 
 void addAppsCommand(CLI::App& app, Action* action);
+void addSessionsCommand(CLI::App& app, Action* action);
 /// find, name, alive, running
 void addQueryCommands(CLI::App& app, Action* action);
 /// show, close-all, command, status

@@ -31,6 +31,7 @@ int run(int argc, char** argv) {
     app.require_subcommand(1);
     Action action;
     addAppsCommand(app, &action);
+    addSessionsCommand(app, &action);
     addQueryCommands(app, &action);
     addRequestCommands(app, &action);
     addLaunchCommand(app, &action);
