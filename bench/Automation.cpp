@@ -12,7 +12,6 @@ namespace juntora::bench {
 
 void benchAutomation(Bus& bus) {
     constexpr int CALLS = 4'000;
-    constexpr LONG LIST_CHANGED = 1;
     TvxOleDispatchDriver driver;
     COleException error;
     if (!AfxOleInit() ||
@@ -23,7 +22,7 @@ void benchAutomation(Bus& bus) {
     Samples plain;
     for (int i = 0; i < CALLS; ++i) {
         auto start = Clock::now();
-        driver.InvokeHelper<LONG>(LIST_CHANGED);
+        driver.InvokeHelper<LONG>(LIBRARY_LIST_CHANGED_MEMBER);
         object.add(microsecondsSince(start));
         start = Clock::now();
         bus.call();

@@ -44,21 +44,9 @@ void CAppReg::setCmdLine(const char* toolKey, const char* text) {
 void CAppReg::clearCmdLine(const char* toolKey) { setCmdLine(toolKey, nullptr); }
 
 std::string CAppReg::getCmdLine(const char* toolKey) {
-    const HKEY key = openToolKey(toolKey);
-    if (key == nullptr) {
-        return "";
-    }
-    DWORD size = 0;
-    DWORD type = 0;
-    std::string text;
-    if (RegQueryValueExA(key, VALUE, &type, nullptr, &size) == ERROR_SUCCESS && type == REG_SZ) {
-        text.resize(size);
-        if (RegQueryValueExA(key, VALUE, &type, text.data(), &size) != ERROR_SUCCESS) {
-            text.clear();
-        }
-    }
-    RegCloseKey(key);
-    return text.c_str();  // Without the NUL.
+    return ReadRegistryText(HKEY_CURRENT_USER,
+                            std::string("software\\Tarvex\\Voltara Juntora\\16.6.0\\") + toolKey,
+                            VALUE);
 }
 
 }  // namespace juntora

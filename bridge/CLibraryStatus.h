@@ -18,6 +18,13 @@ inline constexpr GUID CLSID_LibraryStatus{
 inline constexpr GUID IID_LibraryStatus{
     0x6C1E2F51, 0x3B7A, 0x4D0C, {0x9A, 0x41, 0x52, 0x7E, 0x0B, 0xC4, 0x8D, 0x16}};
 
+/// Its members by their numbers.
+enum LibraryMember : LONG {
+    LIBRARY_LIST_CHANGED_MEMBER = 1,  ///< No arguments.
+    LIBRARY_CHANGED_MEMBER = 2,       ///< The library.
+    CLOSE_FILE_MEMBER = 3,            ///< The file.
+};
+
 /// While one lives the hub stays up. Each member takes its notice and answers 0 at once; the record
 /// goes out from the message loop, or, where nobody wants it, nowhere.
 class CLibraryStatus : public CCmdTarget {

@@ -1,6 +1,6 @@
 #include "bridge/CLibraryStatusWnd.h"
 
-#include <cstdio>
+#include <string>
 
 #include "hub/ipcDes.h"
 #include "ipc/ipc.h"
@@ -9,26 +9,31 @@
 namespace juntora {
 namespace {
 
+/// 0 where it could not be registered.
+const UINT g_nLibraryStatusMessage = RegisterWindowMessageA("Juntora_LibraryStatus_Internal_Msg");
+
 constexpr char WINDOW_CLASS[] = "JuntoraLibraryStatus";
 constexpr char LIBRARY_TOOL[] = "Sketchel";
 
-/// What a notice's text may have, NUL included. A longer one would name another file than the one
-/// that was meant, so it is dropped.
+/// What a notice's text may have, NUL included.
 constexpr std::size_t TEXT_SIZE = 1024;
 
-void sendToLibraryTool(const char* format, const char* text) {
+void sendToLibraryTool(const std::string& notice) {
     const ipcDes* hub = ipcDes::theHub();
-    const HWND tool = hub != nullptr ? hub->findToolWindow(LIBRARY_TOOL) : 0;
-    char notice[TEXT_SIZE];
-    const int length = std::snprintf(notice, sizeof notice, format, text);
-    if (tool != 0 && length >= 0 && static_cast<std::size_t>(length) < sizeof notice) {
-        ipcCommand(notice, tool);
+    if (const HWND tool = hub != nullptr ? hub->findToolWindow(LIBRARY_TOOL) : 0) {
+        ipcCommand(notice.c_str(), tool);
+    }
+}
+
+/// A text that is cut short, or that has a quote in it, would name another file than was meant.
+void sendNamed(const std::string& command, const std::string& file) {
+    const std::string notice = command + " \"" + file + '"';
+    if (notice.size() < TEXT_SIZE && file.find('"') == file.npos) {
+        sendToLibraryTool(notice);
     }
 }
 
 }  // namespace
-
-const UINT g_nLibraryStatusMessage = RegisterWindowMessageA("Juntora_LibraryStatus_Internal_Msg");
 
 bool CLibraryStatusWnd::Create(const CWnd& parent) {
     constexpr int WINDOW_ID = 1018;
@@ -51,16 +56,16 @@ LRESULT CLibraryStatusWnd::OnNotice(WPARAM wParam, LPARAM lParam) {
     if (m_pLibraryStatus == nullptr || (!text && lParam != 0)) {
         return 0;
     }
-    const char* const named = text ? text->c_str() : "";
+    const std::string file = text ? *text : "";
     switch (wParam) {
         case LIBRARY_LIST_CHANGED:
-            sendToLibraryTool("LibraryListChanged%s", "");
+            sendToLibraryTool("LibraryListChanged");
             break;
         case LIBRARY_CHANGED:
-            sendToLibraryTool("LibraryChange \"%s\"", named);
+            sendNamed("LibraryChange", file);
             break;
         case CLOSE_FILE:
-            sendToLibraryTool("CloseFile \"%s\"", named);
+            sendNamed("CloseFile", file);
             break;
         default:
             break;

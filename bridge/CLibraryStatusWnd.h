@@ -10,11 +10,8 @@ namespace juntora {
 
 class CLibraryStatus;
 
-/// What wParam of its message means; lParam is a heap text, which the handler ends, or 0.
+/// What wParam of its message means; lParam stands for a text, or is 0.
 enum LibraryNotice { LIBRARY_LIST_CHANGED = 1, LIBRARY_CHANGED = 2, CLOSE_FILE = 3 };
-
-/// The number of that message; 0 where it could not be registered.
-extern const UINT g_nLibraryStatusMessage;
 
 class CLibraryStatusWnd : public CWnd {
 public:

@@ -17,26 +17,12 @@ constexpr char PATH_VARIABLE[] = "JUNTORA_TOOL_OBJECTS";
 constexpr char PATH_KEY[] = "Software\\Tarvex\\Voltara Juntora\\16.6.0";
 constexpr char PATH_VALUE[] = "ToolObjects";
 
-std::string readPath(HKEY root) {
-    HKEY key{};
-    if (RegOpenKeyExA(root, PATH_KEY, KEY_QUERY_VALUE, &key) != ERROR_SUCCESS) {
-        return "";
-    }
-    char path[4096] = "";
-    DWORD size = sizeof path - 1;
-    DWORD type = 0;
-    const bool isText =
-        RegQueryValueExA(key, PATH_VALUE, &type, path, &size) == ERROR_SUCCESS && type == REG_SZ;
-    RegCloseKey(key);
-    return isText ? path : "";
-}
-
 std::string libraryPath() {
     if (const char* path = GetEnvironment(PATH_VARIABLE)) {
         return path;
     }
-    const std::string own = readPath(HKEY_CURRENT_USER);
-    return own.empty() ? readPath(HKEY_LOCAL_MACHINE) : own;
+    const std::string own = ReadRegistryText(HKEY_CURRENT_USER, PATH_KEY, PATH_VALUE);
+    return own.empty() ? ReadRegistryText(HKEY_LOCAL_MACHINE, PATH_KEY, PATH_VALUE) : own;
 }
 
 /// Null where none is supplied, or where it cannot be loaded, of which is told.

@@ -1,14 +1,8 @@
 #include "common/CaseBlind.h"
 
-#include <algorithm>
 #include <cstdint>
 
 namespace juntora {
-
-bool equalCaseBlind(std::string_view left, std::string_view right) {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](char a, char b) { return foldCase(a) == foldCase(b); });
-}
 
 std::size_t CaseBlindHash::operator()(std::string_view text) const {
     // FNV-1a: the keys are a few bytes long.

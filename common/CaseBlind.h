@@ -5,11 +5,15 @@
 #include <cstddef>
 #include <string_view>
 
+#include "platform/files/CaseFolding.h"
+
 namespace juntora {
 
-inline char foldCase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+using files::foldCase;
 
-bool equalCaseBlind(std::string_view left, std::string_view right);
+inline bool equalCaseBlind(std::string_view left, std::string_view right) {
+    return files::equalIgnoringCase(left, right);
+}
 
 /// Hash and equality of text keys, for look-ups by any kind of text without a copy of it.
 struct CaseBlindHash {

@@ -3,6 +3,8 @@
 //     try { driver.notify(3); } catch (CException* exception) { exception->Delete(); }
 #pragma once
 
+#include <string>
+
 #include "platform/automation/automation.h"
 
 namespace juntora {
@@ -25,6 +27,9 @@ class COleException : public CException {
 public:
     HRESULT m_sc = S_OK;  ///< What with.
 };
+
+/// In a handler of any exception: what it says of itself. One of the framework's ends here.
+std::string WhatIsThrown();
 
 [[noreturn]] void AfxThrowOleException(HRESULT result);
 

@@ -62,8 +62,14 @@ VARIANT COleDispatchDriver::call(LONG id, WORD flags, std::vector<VARIANT>& valu
     // What is served meanwhile may give up the driver's object.
     IDispatch* object = m_lpDispatch;
     object->AddRef();
+    const std::vector<VARIANT> given = values;
     const HRESULT done = object->Invoke(id, flags, values, &result);
     object->Release();
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        if (values[i] != given[i]) {
+            release(values[i]);  // Nobody here takes an object back.
+        }
+    }
     if (done < 0) {
         AfxThrowOleException(done);
     }

@@ -2,8 +2,8 @@
 
 #include <cstdio>
 #include <cstring>
-#include <exception>
 
+#include "framework/CException.h"
 #include "platform/desktop/desktop.h"
 #include "platform/files/CaseFolding.h"
 #include "platform/kernel/process.h"
@@ -50,8 +50,9 @@ int AfxWinMain(CWinApp& application, int argc, char** argv) {
     application.m_nCmdShow = StartShowState();
     try {
         application.InitInstance();
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "%s ends: %s.\n", argc > 0 ? argv[0] : "The program", error.what());
+    } catch (...) {
+        std::fprintf(stderr, "%s ends: %s.\n", argc > 0 ? argv[0] : "The program",
+                     WhatIsThrown().c_str());
         return 1;
     }
     return application.m_nExitCode;

@@ -120,7 +120,8 @@ void Bus::lookAgain() const { nudgeAfter(AT_ONCE_NANOSECONDS); }
 
 /// At once where there is something to do, after a while where the bus has not taken everything.
 void Bus::lookAgainIf(bool mayHaveMore) const {
-    if (mayHaveMore || !m_line.empty()) {
+    // What is in line at the deepest comes up when a call there has ended.
+    if (mayHaveMore || (!m_line.empty() && m_depth < DEEPEST)) {
         lookAgain();
     } else if (m_isOpen && (sd_bus_get_events(m_bus) & POLLOUT) != 0) {
         nudgeAfter(UNSENT_NANOSECONDS);
@@ -252,13 +253,14 @@ bool Bus::waitUntil(const std::function<bool()>& isDone, DWORD milliseconds) {
     for (;;) {
         const bool mayHaveMore = processSome();
         const bool hasServed = serveLine();
+        const bool hasServedSent = queue != nullptr && queue->serveSent();
         const bool isOver = isDone();
         const std::int64_t left = end - desktop::nowMilliseconds();
         if (isOver || !m_isOpen || left <= 0 || queue == nullptr) {
             lookAgainIf(mayHaveMore);
             return isOver;
         }
-        if (!mayHaveMore && !hasServed && !queue->serveSent()) {
+        if (!mayHaveMore && !hasServed && !hasServedSent) {
             queue->waitForSentOr(sd_bus_get_fd(m_bus), static_cast<short>(sd_bus_get_events(m_bus)),
                                  static_cast<int>(left));
         }

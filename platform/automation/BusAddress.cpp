@@ -32,7 +32,7 @@ std::string addressOfSession() {
     struct stat status {};
     const bool isThere = !folder.empty() && stat(socket.c_str(), &status) == 0 &&
                          S_ISSOCK(status.st_mode) && status.st_uid == geteuid();
-    return isThere ? "unix:path=" + socket : "";
+    return isThere ? addressOfSocket(socket) : "";
 }
 
 /// Until the bus has given this connection its name.

@@ -1,11 +1,11 @@
-// What the registry says of classes.
+// What the registry says of classes: default values of keys below HKEY_CLASSES_ROOT.
 #pragma once
 
 #include <string>
 
 namespace juntora::automation {
 
-/// The default value of a key below HKEY_CLASSES_ROOT; empty where there is none, or no text.
+/// Empty where there is none, or no text.
 std::string readClassText(const std::string& path);
 
 /// Writes it, unless it is that already. False if it could not be written.

@@ -6,14 +6,24 @@
 
 namespace juntora::automation {
 
-NameWatch::NameWatch(Bus& bus, const std::string& name, Told told) : m_told(std::move(told)) {
+struct NameWatch::State {
+    Told told;
+};
+
+NameWatch::NameWatch(Bus& bus, const std::string& name, Told told)
+    : m_bus(bus), m_state(std::make_shared<State>(std::move(told))) {
     // Watched first, so that no change falls between the answer and the first word.
     const std::string rule = std::string("type='signal',sender='") + DAEMON_NAME +
                              "',member='NameOwnerChanged',arg0='" + name + "'";
-    if (sd_bus_add_match_async(bus.handle(), &m_match, rule.c_str(), &onChange, &onAdded, this) >=
-        0) {
+    const bool isAsked =
+        bus.isOpen() &&
+        sd_bus_add_match_async(bus.handle(), &m_match, rule.c_str(), &onChange, &onAdded, this) >=
+            0 &&
         sd_bus_call_method_async(bus.handle(), &m_question, DAEMON_NAME, DAEMON_PATH, DAEMON_NAME,
-                                 "NameHasOwner", &onAnswer, this, "s", name.c_str());
+                                 "NameHasOwner", &onAnswer, this, "s", name.c_str()) >= 0;
+    if (!isAsked) {
+        tell(false);
+        bus.lookAgain();
     }
 }
 
@@ -22,9 +32,17 @@ NameWatch::~NameWatch() {
     sd_bus_slot_unref(m_match);
 }
 
+void NameWatch::tell(bool hasOwner) const {
+    m_bus.later([state = std::weak_ptr(m_state), hasOwner] {
+        if (const auto alive = state.lock()) {
+            alive->told(hasOwner);
+        }
+    });
+}
+
 int NameWatch::onAdded(sd_bus_message* message, void* self, sd_bus_error*) {
     if (sd_bus_message_is_method_error(message, nullptr) > 0) {
-        static_cast<NameWatch*>(self)->m_told(false);
+        static_cast<NameWatch*>(self)->tell(false);
     }
     return 1;
 }
@@ -33,7 +51,7 @@ int NameWatch::onAnswer(sd_bus_message* message, void* self, sd_bus_error*) {
     int hasOwner = 0;
     const bool isTold = sd_bus_message_is_method_error(message, nullptr) == 0 &&
                         sd_bus_message_read(message, "b", &hasOwner) > 0;
-    static_cast<NameWatch*>(self)->m_told(isTold && hasOwner != 0);
+    static_cast<NameWatch*>(self)->tell(isTold && hasOwner != 0);
     return 1;
 }
 
@@ -42,7 +60,7 @@ int NameWatch::onChange(sd_bus_message* message, void* self, sd_bus_error*) {
     const char* before = nullptr;
     const char* now = nullptr;
     if (sd_bus_message_read(message, "sss", &name, &before, &now) > 0) {
-        static_cast<NameWatch*>(self)->m_told(*now != '\0');
+        static_cast<NameWatch*>(self)->tell(*now != '\0');
     }
     return 0;
 }

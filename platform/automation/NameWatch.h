@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 
 #include <systemd/sd-bus.h>
@@ -16,22 +17,23 @@ class NameWatch {
 public:
     using Told = std::function<void(bool hasOwner)>;
 
-    /// `told` is called while messages are taken in, where nothing of the program's may run. A bus
-    /// that cannot watch the name counts as one on which nobody has it.
+    /// `told` is called from the bus's line. A bus that cannot watch the name, or has ended, counts
+    /// as one on which nobody has it.
     NameWatch(Bus& bus, const std::string& name, Told told);
     ~NameWatch();
     NameWatch(const NameWatch&) = delete;
     NameWatch& operator=(const NameWatch&) = delete;
 
-    /// False where not even the question could be sent.
-    bool isWatching() const { return m_question != nullptr; }
-
 private:
+    struct State;
+
+    void tell(bool hasOwner) const;
     static int onAdded(sd_bus_message* message, void* self, sd_bus_error* error);
     static int onAnswer(sd_bus_message* message, void* self, sd_bus_error* error);
     static int onChange(sd_bus_message* message, void* self, sd_bus_error* error);
 
-    const Told m_told;
+    Bus& m_bus;
+    const std::shared_ptr<State> m_state;  ///< What is in line for one that has gone is not told.
     sd_bus_slot* m_match = nullptr;
     sd_bus_slot* m_question = nullptr;
 };

@@ -14,6 +14,9 @@ constexpr std::string_view OBJECT_PATH = "/juntora/object/";
 constexpr char ROAD_MARK = '>';  ///< In no bus name.
 constexpr char UNIQUE_MARK = ':';
 
+/// That one process may hold: more than any has use for.
+constexpr std::size_t MOST_OBJECTS = 1'000;
+
 std::string pathOfObject(DWORD number) { return std::string(OBJECT_PATH) + std::to_string(number); }
 
 }  // namespace
@@ -102,6 +105,10 @@ bool Objects::addReference(Number number, const std::string& holder) {
         drop(number, 0);
         return false;
     }
+    if (known.references.size() >= MOST_OBJECTS && !known.references.contains(number)) {
+        drop(number, 0);
+        return false;
+    }
     ++known.references[number];
     ++entry.references;
     entry.object->AddRef();
@@ -120,11 +127,11 @@ bool Objects::watch(Holder& holder, const std::string& key) {
     }
     holder.watch = std::make_unique<NameWatch>(m_bus, name, [this, key](bool isThere) {
         if (!isThere) {
-            // Objects that end do what they like: not from in here.
-            m_bus.later([this, key] { releaseAllOf(key); });
+            const std::string gone = key;  // The watch goes with its holder.
+            releaseAllOf(gone);
         }
     });
-    return holder.watch->isWatching();
+    return true;
 }
 
 bool Objects::share(const std::string& path, const std::string& holder, const std::string& other) {

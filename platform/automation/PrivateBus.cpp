@@ -1,6 +1,7 @@
 #include "platform/automation/PrivateBus.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <spawn.h>
 #include <sys/file.h>
 #include <sys/socket.h>
@@ -29,15 +30,18 @@ constexpr char DAEMON[] = "dbus-daemon";
 constexpr char START_MUTEX[] = "JuntoraBusStart";
 constexpr DWORD START_MILLISECONDS = 5000;
 constexpr DWORD STEP_MILLISECONDS = 5;
+constexpr int READY_DESCRIPTOR = 3;
 
 /// The daemon knows nothing of the desktop. Every process that is on the bus holds a shared lock on
 /// a file of the desktop's; a shell beside the daemon waits for the exclusive one, which it gets
 /// when the last of them has gone, and ends the daemon while it has it. Who comes meanwhile waits,
 /// and then starts another. The shell that has started both stays until the daemon has ended, so
 /// that its number is nobody else's while it may be used, and nobody waits for a daemon that has
-/// died.
+/// died. Descriptor 3 is the starter's: the daemon writes a line there when it listens, and it ends
+/// when the daemon does.
 constexpr char KEEPER[] = R"((
-"$1" --config-file="$2" --nofork --nopidfile & daemon=$!
+"$1" --config-file="$2" --nofork --nopidfile --print-address=3 & daemon=$!
+exec 3>&-
 flock -x "$3" sh -c 'rm -f "$1"; kill -KILL "$2"' sh "$4" "$daemon" & keeper=$!
 wait "$daemon"
 kill "$keeper"
@@ -62,26 +66,10 @@ bool isInstalled(const std::string& program) {
     return false;
 }
 
-/// An address may have these characters; the others are told by their numbers.
-std::string addressOf(const std::string& socket) {
-    std::string address = "unix:path=";
-    for (const char character : socket) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (std::isalnum(byte) != 0 || std::strchr("-_/.", character) != nullptr) {
-            address += character;
-        } else {
-            char number[4];
-            std::snprintf(number, sizeof number, "%%%02x", unsigned{byte});
-            address += number;
-        }
-    }
-    return address;
-}
-
 /// With the limits that a session's bus has.
-void writeConfiguration(const Files& files) {
+bool writeConfiguration(const Files& files) {
     std::ofstream stream(files.configuration);
-    stream << "<busconfig><type>session</type><listen>" << addressOf(files.socket)
+    stream << "<busconfig><type>session</type><listen>" << addressOfSocket(files.socket)
            << "</listen><auth>EXTERNAL</auth><standard_session_servicedirs/>";
     for (const char* limit :
          {"max_match_rules_per_connection", "max_replies_per_connection",
@@ -90,16 +78,19 @@ void writeConfiguration(const Files& files) {
     }
     stream << "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
               "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>\n";
+    stream.close();
+    return !stream.fail();
 }
 
-/// In a session of its own and without anybody's streams.
-bool startKeeper(const Files& files) {
+/// In a session of its own and without anybody's streams; the daemon's line goes to `ready`.
+bool startKeeper(const Files& files, int ready) {
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         posix_spawn_file_actions_addopen(&actions, stream, "/dev/null", O_RDWR, 0);
     }
-    posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
+    posix_spawn_file_actions_adddup2(&actions, ready, READY_DESCRIPTOR);
+    posix_spawn_file_actions_addclosefrom_np(&actions, READY_DESCRIPTOR + 1);
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
     posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
@@ -124,7 +115,17 @@ bool startKeeper(const Files& files) {
 bool holdBus(const Files& files) {
     static const int held =
         open(files.lock.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600);
-    return held >= 0 && flock(held, LOCK_SH) == 0;
+    if (held < 0) {
+        return false;
+    }
+    // For the moment in which a keeper ends its daemon.
+    for (DWORD waited = 0; flock(held, LOCK_SH | LOCK_NB) != 0; waited += STEP_MILLISECONDS) {
+        if (waited >= START_MILLISECONDS) {
+            return false;
+        }
+        Sleep(STEP_MILLISECONDS);
+    }
+    return true;
 }
 
 bool isNameShortEnough(const std::string& socket) {
@@ -146,24 +147,28 @@ bool listens(const Files& files) {
     return isThere;
 }
 
+/// Until the daemon has written its line; false when it has ended, or does not come up.
+bool awaitLine(int ready) {
+    pollfd wait{ready, POLLIN, 0};
+    char byte = 0;
+    return poll(&wait, 1, static_cast<int>(START_MILLISECONDS)) > 0 && read(ready, &byte, 1) == 1;
+}
+
 /// With the mutex in hand.
 bool startBus(const Files& files) {
     if (listens(files)) {
         return true;
     }
     unlink(files.socket.c_str());
-    writeConfiguration(files);
-    if (!startKeeper(files)) {
+    int ready[2];
+    if (!writeConfiguration(files) || pipe2(ready, O_CLOEXEC) != 0) {
         return false;
     }
-    const DWORD start = GetTickCount();
-    while (!listens(files)) {
-        if (GetTickCount() - start > START_MILLISECONDS) {
-            return false;
-        }
-        Sleep(STEP_MILLISECONDS);
-    }
-    return true;
+    const bool isStarted = startKeeper(files, ready[1]);
+    close(ready[1]);
+    const bool listens = isStarted && awaitLine(ready[0]);
+    close(ready[0]);
+    return listens;
 }
 
 bool startBusInTurn(const Files& files, std::string* why) {
@@ -189,9 +194,28 @@ bool startBusInTurn(const Files& files, std::string* why) {
 
 }  // namespace
 
+/// An address may have these characters; the others are told by their numbers.
+std::string addressOfSocket(const std::string& path) {
+    std::string address = "unix:path=";
+    for (const char character : path) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (std::isalnum(byte) != 0 || std::strchr("-_/.", character) != nullptr) {
+            address += character;
+        } else {
+            char number[4];
+            std::snprintf(number, sizeof number, "%%%02x", unsigned{byte});
+            address += number;
+        }
+    }
+    return address;
+}
+
 bool isPrivateBus(const std::string& address) {
     desktop::Attachment* desktop = desktop::Attachment::get();
-    return desktop != nullptr && address.starts_with(addressOf(desktop->folderPath() + "/bus"));
+    const std::string own =
+        desktop != nullptr ? addressOfSocket(desktop->folderPath() + "/bus") : "";
+    // The daemon's number may stand behind it.
+    return !own.empty() && (address == own || address.starts_with(own + ","));
 }
 
 std::string addressOfPrivateBus(std::string* why) {
@@ -207,10 +231,11 @@ std::string addressOfPrivateBus(std::string* why) {
                " is too long for a bus of the desktop's own; set XDG_RUNTIME_DIR to a shorter one";
         return "";
     }
-    if ((holdBus(files) && listens(files)) || startBusInTurn(files, why)) {
-        return addressOf(files.socket);
+    if (!holdBus(files)) {
+        *why = "there is no session bus, and the file " + files.lock + " cannot be locked";
+        return "";
     }
-    return "";
+    return listens(files) || startBusInTurn(files, why) ? addressOfSocket(files.socket) : "";
 }
 
 }  // namespace juntora::automation

@@ -9,6 +9,9 @@ namespace juntora::automation {
 /// some process that has called this does. Empty with the reason in `*why`.
 std::string addressOfPrivateBus(std::string* why);
 
+/// The address of a bus that listens at a socket, any character of whose path is allowed.
+std::string addressOfSocket(const std::string& path);
+
 /// Whether an address is that of the desktop's bus, which tells it to those that it starts.
 bool isPrivateBus(const std::string& address);
 

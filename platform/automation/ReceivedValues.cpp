@@ -125,7 +125,7 @@ IDispatch* objectIn(const VARIANT& value) {
 
 ReceivedValues::ReceivedValues(sd_bus_message* message, ObjectRoad& road)
     : m_message(message), m_road(road) {
-    readAll();
+    readAll(false);
 }
 
 ReceivedValues::~ReceivedValues() {
@@ -145,15 +145,15 @@ VARIANT ReceivedValues::take(std::size_t at) {
 }
 
 /// To the end of the message, or of what has been entered. False where it cannot be read on.
-bool ReceivedValues::readAll() {
+bool ReceivedValues::readAll(bool isInside) {
     char type = 0;
     const char* contents = nullptr;
     while (sd_bus_message_peek_type(m_message, &type, &contents) > 0) {
         const std::string_view inner = contents != nullptr ? contents : "";
-        const bool isNest = type == 'v' || (type == 'a' && inner == "v");
+        const bool isNest = type == 'v' || (type == 'a' && inner == "v" && !isInside);
         const bool isRead = isNest
                                 ? sd_bus_message_enter_container(m_message, type, contents) > 0 &&
-                                      readAll() && sd_bus_message_exit_container(m_message) >= 0
+                                      readAll(true) && sd_bus_message_exit_container(m_message) >= 0
                                 : readNext(type, inner);
         if (!isRead) {
             m_areGood = false;

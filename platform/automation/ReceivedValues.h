@@ -10,8 +10,8 @@
 namespace juntora::automation {
 
 /// Everything in a message from where it is being read to its end, in variants or not, those of an
-/// array of variants one by one. Any whole number that a LONG holds becomes one. Objects have come
-/// with a reference each, which goes with this unless it is taken.
+/// array of variants that is in nothing else one by one. Any whole number that a LONG holds becomes
+/// one. Objects have come with a reference each, which goes with this unless it is taken.
 class ReceivedValues {
 public:
     ReceivedValues(sd_bus_message* message, ObjectRoad& road);
@@ -29,7 +29,7 @@ public:
     VARIANT take(std::size_t at);
 
 private:
-    bool readAll();
+    bool readAll(bool isInside);
     bool readNext(char type, std::string_view contents);
 
     sd_bus_message* const m_message;

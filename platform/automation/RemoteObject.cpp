@@ -94,7 +94,8 @@ HRESULT RemoteObject::Invoke(LONG id, WORD flags, std::span<VARIANT> arguments, 
     AddRef();  // As above.
     if (const Message reply = m_bus.call(message, CALL_MILLISECONDS, &error)) {
         ReceivedValues answer(reply.get(), m_road);
-        if (answer.areGood() && answer.size() > 0) {
+        if (answer.areGood() && answer.size() > 0 &&
+            sd_bus_message_has_signature(reply.get(), "vav") > 0) {
             takeAnswer(answer, arguments, result);
         } else {
             error = E_FAIL;

@@ -11,6 +11,7 @@
 #include "platform/automation/ReceivedValues.h"
 #include "platform/automation/ValueWriter.h"
 #include "platform/automation/protocol.h"
+#include "platform/desktop/CallOut.h"
 
 namespace juntora::automation {
 namespace {
@@ -95,6 +96,16 @@ const ServedClass* Server::classAt(const std::string& path) const {
 }
 
 void Server::answer(const Message& message) {
+    try {
+        answerCall(message);
+    } catch (...) {
+        desktop::reportException("automation call", 0);
+        sd_bus_reply_method_errorf(message.get(), errorNameOf(DISP_E_EXCEPTION),
+                                   "the call raised an exception");
+    }
+}
+
+void Server::answerCall(const Message& message) {
     const auto text = [](const char* value) { return std::string(value ? value : ""); };
     sd_bus_message* const raw = message.get();
     Call call{m_bus,
@@ -126,16 +137,17 @@ bool Server::answerInterface(Call& call) {
     struct Request {
         const char* interface;
         const char* member;
+        const char* signature;
         void (Server::*handler)(Call&);
     };
     static constexpr Request REQUESTS[] = {
-        {INTROSPECTABLE, "Introspect", &Server::introspect},
-        {CLASS_INTERFACE, "CreateInstance", &Server::createInstance},
-        {OBJECT_INTERFACE, "GetIDOfName", &Server::idOfName},
-        {OBJECT_INTERFACE, "Invoke", &Server::invoke},
-        {OBJECT_INTERFACE, "QueryInterface", &Server::queryInterface},
-        {OBJECT_INTERFACE, "Release", &Server::release},
-        {OBJECT_INTERFACE, "Share", &Server::share},
+        {INTROSPECTABLE, "Introspect", "", &Server::introspect},
+        {CLASS_INTERFACE, "CreateInstance", "", &Server::createInstance},
+        {OBJECT_INTERFACE, "GetIDOfName", "s", &Server::idOfName},
+        {OBJECT_INTERFACE, "Invoke", "iuav", &Server::invoke},
+        {OBJECT_INTERFACE, "QueryInterface", "s", &Server::queryInterface},
+        {OBJECT_INTERFACE, "Release", "", &Server::release},
+        {OBJECT_INTERFACE, "Share", "s", &Server::share},
     };
     const auto* const found = std::ranges::find_if(REQUESTS, [&](const Request& request) {
         return call.interface == request.interface && call.member == request.member;
@@ -143,7 +155,11 @@ bool Server::answerInterface(Call& call) {
     if (found == std::end(REQUESTS)) {
         return false;
     }
-    (this->*found->handler)(call);
+    if (sd_bus_message_has_signature(call.message, found->signature) > 0) {
+        (this->*found->handler)(call);
+    } else {
+        call.refuse(DISP_E_TYPEMISMATCH);
+    }
     return true;
 }
 
@@ -170,6 +186,9 @@ void Server::introspect(Call& call) {
 
 void Server::createInstance(Call& call) {
     const ServedClass* served = classAt(call.path);
+    if (sd_bus_message_get_expect_reply(call.message) <= 0) {
+        return;  // Nobody could ever release it.
+    }
     const Result made(served != nullptr ? served->create() : nullptr);
     const bool isGiven = made.hasObject() && call.answerWith(m_objects, [&](ValueWriter& writer) {
         return writer.addPlain(made.value);
@@ -183,7 +202,7 @@ void Server::idOfName(Call& call) {
     IDispatch* object = m_objects.held(call.path, call.caller);
     const char* name = nullptr;
     if (object == nullptr || sd_bus_message_read(call.message, "s", &name) <= 0) {
-        call.refuse(object == nullptr ? RPC_E_DISCONNECTED : DISP_E_TYPEMISMATCH);
+        call.refuse(RPC_E_DISCONNECTED);
         return;
     }
     LONG id = 0;
@@ -199,7 +218,7 @@ void Server::queryInterface(Call& call) {
     IDispatch* object = m_objects.held(call.path, call.caller);
     const char* text = nullptr;
     if (object == nullptr || sd_bus_message_read(call.message, "s", &text) <= 0) {
-        call.refuse(object == nullptr ? RPC_E_DISCONNECTED : DISP_E_TYPEMISMATCH);
+        call.refuse(RPC_E_DISCONNECTED);
         return;
     }
     IDispatch* offered = nullptr;

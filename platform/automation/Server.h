@@ -21,6 +21,7 @@ public:
 private:
     struct Call;
 
+    void answerCall(const Message& call);
     const ServedClass* classAt(const std::string& path) const;
     bool answerInterface(Call& call);
     void introspect(Call& call);

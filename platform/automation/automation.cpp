@@ -99,27 +99,21 @@ bool StartAutomation(std::string* why) {
 
 struct ObjectWatch::State {
     std::function<void()> gone;
-    std::unique_ptr<automation::NameWatch> watch = nullptr;
+    std::unique_ptr<automation::NameWatch> watch;
 };
 
 ObjectWatch::ObjectWatch(const IDispatch* object, std::function<void()> gone)
-    : m_state(std::make_shared<State>(std::move(gone))) {
+    : m_state(std::make_unique<State>(std::move(gone), nullptr)) {
     using namespace automation;
-    const auto* remote = dynamic_cast<const RemoteObject*>(object);
-    if (remote == nullptr) {
-        return;
+    if (const auto* remote = dynamic_cast<const RemoteObject*>(object)) {
+        m_state->watch = std::make_unique<NameWatch>(
+            *g_runtime->bus, remote->address().owner, [state = m_state.get()](bool isThere) {
+                if (!isThere && state->gone) {
+                    const auto tell = std::exchange(state->gone, nullptr);
+                    tell();  // Which may end the watch.
+                }
+            });
     }
-    m_state->watch = std::make_unique<NameWatch>(
-        *g_runtime->bus, remote->address().owner, [state = std::weak_ptr(m_state)](bool isThere) {
-            if (!isThere) {
-                g_runtime->bus->later([state] {
-                    const auto held = state.lock();
-                    if (held && held->gone) {
-                        std::exchange(held->gone, nullptr)();
-                    }
-                });
-            }
-        });
 }
 
 ObjectWatch::~ObjectWatch() = default;

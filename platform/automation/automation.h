@@ -92,7 +92,8 @@ public:
     /// The number of a member, for Invoke.
     virtual HRESULT GetIDsOfNames(const char* name, LONG* id) = 0;
     /// Calls a member. Arguments are replaced by what the member has made of them, where it takes
-    /// them by reference. An object in `*result` comes with a reference for the caller.
+    /// them by reference. An object in `*result`, or new among the
+    /// arguments, comes with a reference for the caller.
     virtual HRESULT Invoke(LONG id, WORD flags, std::span<VARIANT> arguments, VARIANT* result) = 0;
     /// Of an object of this process; null for others.
     virtual const DispatchDescription* Describe() const = 0;
@@ -105,8 +106,8 @@ protected:
 /// never ends so.
 class ObjectWatch {
 public:
-    /// `gone` is called once, from the message loop or while a call waits; at once for a process
-    /// that has gone already.
+    /// `gone` is called once, from the message loop or while a call waits: soon for a process that
+    /// has gone already.
     ObjectWatch(const IDispatch* object, std::function<void()> gone);
     ~ObjectWatch();
     ObjectWatch(const ObjectWatch&) = delete;
@@ -114,7 +115,7 @@ public:
 
 private:
     struct State;
-    std::shared_ptr<State> m_state;
+    std::unique_ptr<State> m_state;
 };
 
 /// Takes all references to an object of this process away from other processes, which find it gone:

@@ -13,6 +13,7 @@ set(PLATFORM_AUTOMATION_SOURCES
     automation/ReceivedValues.cpp
     automation/RemoteObject.cpp
     automation/Server.cpp
+    automation/Utf8.cpp
     automation/ValueWriter.cpp
     automation/automation.cpp
     automation/guid.cpp

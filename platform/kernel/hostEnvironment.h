@@ -1,5 +1,5 @@
-// What the session has told this process of the host, which the platform's own environment, where
-// names stand in any case of letters, does not change.
+// Variables that are the host's and not the platform's: their names count letter by letter.
+// Not for a thread while another one changes the environment.
 #pragma once
 
 #include <string>

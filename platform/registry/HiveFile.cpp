@@ -112,18 +112,6 @@ DWORD makeHiveFolder(HiveKind kind, const std::string& path, Problem* problem) {
     return ERROR_SUCCESS;
 }
 
-bool mayWriteHive(const std::string& path) {
-    std::string place = path;
-    while (faccessat(AT_FDCWD, place.c_str(), W_OK, AT_EACCESS) != 0) {
-        // What is not there yet is made below the nearest folder that is.
-        if (errno != ENOENT || place.rfind('/') == std::string::npos) {
-            return false;
-        }
-        place = place.rfind('/') == 0 && place.size() > 1 ? "/" : folderOf(place);
-    }
-    return true;
-}
-
 bool isInReadOnlyFolder(const std::string& path) {
     return faccessat(AT_FDCWD, folderOf(path).c_str(), W_OK, AT_EACCESS) != 0;
 }

@@ -33,8 +33,6 @@ DWORD checkHiveFile(HiveKind kind, const std::string& path, FileIdentity* identi
 /// Makes the folder of the file, where it is missing, with those above it.
 DWORD makeHiveFolder(HiveKind kind, const std::string& path, Problem* problem);
 
-/// Whether this process may write the file, or, where there is none, make it.
-bool mayWriteHive(const std::string& path);
 /// Whether no program of this user can put anything beside the file.
 bool isInReadOnlyFolder(const std::string& path);
 

@@ -8,4 +8,5 @@ set(PLATFORM_REGISTRY_SOURCES
     registry/OpenKey.cpp
     registry/Patience.cpp
     registry/keys.cpp
+    registry/text.cpp
     registry/values.cpp)

@@ -73,7 +73,8 @@ TEST_F(CallTest, ValuesGoThereAndBack) {
     EXPECT_EQ(-3, driver.InvokeHelper<LONG>(ADD, LONG{-5}, LONG{2}));
     EXPECT_EQ(7, driver.InvokeHelper<LONG>(ADD, 5.0, LONG{2})) << "a number that is whole";
     for (const std::string text : {"", "plain", "C:\\my files\\a \"b\".olb", "\xC3\xA9t\xC3\xA9",
-                                   "\xE9t\xE9 \x80\xFF", "tab\tline\n"}) {
+                                   "\xE9t\xE9 \x80\xFF", "\xF0\x9F\xBF\xBE", "\xEF\xB7\x90",
+                                   "\xF0\x9F\x98\x80", "\xC0\x80", "\xED\xA0\x80", "tab\tline\n"}) {
         EXPECT_EQ(text, driver.InvokeHelper<std::string>(ECHO, text.c_str()));
     }
     const std::string large(200'000, 'x');

@@ -23,10 +23,6 @@
 namespace juntora::test {
 namespace {
 
-constexpr LONG LIST_CHANGED = 1;
-constexpr LONG CHANGED = 2;
-constexpr LONG CLOSE_FILE = 3;
-
 class LibraryTest : public HubProcess {
 protected:
     static bool makeObject(TvxOleDispatchDriver& driver) {
@@ -52,16 +48,17 @@ TEST_F(LibraryTest, NoticesReachTheToolThatWantsThem) {
     startHub();
     TvxOleDispatchDriver driver;
     ASSERT_TRUE(makeObject(driver));
-    EXPECT_EQ(0, driver.InvokeHelper<LONG>(CHANGED, "/nobody/cares.olb"));
+    EXPECT_EQ(0, driver.InvokeHelper<LONG>(LIBRARY_CHANGED_MEMBER, "/nobody/cares.olb"));
     ChildProcess sketchel("juntoractl", {"tool", "Sketchel"});
     ASSERT_TRUE(sketchel.readLineWith("signed-on"));
-    EXPECT_EQ(0, driver.InvokeHelper<LONG>(CHANGED, "/my libraries/a.olb"));
+    EXPECT_EQ(0, driver.InvokeHelper<LONG>(LIBRARY_CHANGED_MEMBER, "/my libraries/a.olb"));
     EXPECT_TRUE(sketchel.readLineWith("\"text\":\"LibraryChange \\\"/my libraries/a.olb\\\"\""));
-    const std::string tooLong(1024, 'x');
-    EXPECT_EQ(0, driver.InvokeHelper<LONG>(CHANGED, tooLong.c_str()));
-    EXPECT_EQ(0, driver.InvokeHelper<LONG>(LIST_CHANGED));
+    for (const std::string& lost : {std::string(1024, 'x'), std::string("a\" CloseFile \"b")}) {
+        EXPECT_EQ(0, driver.InvokeHelper<LONG>(LIBRARY_CHANGED_MEMBER, lost.c_str()));
+    }
+    EXPECT_EQ(0, driver.InvokeHelper<LONG>(LIBRARY_LIST_CHANGED_MEMBER));
     EXPECT_TRUE(sketchel.readLine().value_or("").find("LibraryListChanged") != std::string::npos)
-        << "what does not fit is not sent in part";
+        << "what would name another file is not sent";
     EXPECT_EQ(0, control({"library", "close", "/b.olb"}));
     EXPECT_TRUE(sketchel.readLineWith("CloseFile \\\"/b.olb\\\""));
 }
@@ -159,7 +156,7 @@ TEST_F(LibraryTest, WhatOthersPostToItsWindowDoesNoHarm) {
         }
     }
     EXPECT_TRUE(hubGoesOn());
-    EXPECT_EQ(0, driver.InvokeHelper<LONG>(CLOSE_FILE, "/a.olb"));
+    EXPECT_EQ(0, driver.InvokeHelper<LONG>(CLOSE_FILE_MEMBER, "/a.olb"));
 }
 
 TEST_F(LibraryTest, ClientsThatComeAndGoAtRandomLeaveNothing) {

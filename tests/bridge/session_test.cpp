@@ -1,9 +1,9 @@
 // Launches that the bridge takes, and what becomes of them, with a library of tool objects.
+#include "bridge/CAppReg.h"
 #include "common/FileLock.h"
 #include "ipc/ipc.h"
 #include "platform/desktop/message.h"
 #include "platform/desktop/window.h"
-#include "platform/registry/registry.h"
 #include "tests/bridge/BridgeFixture.h"
 
 namespace juntora::test {
@@ -13,17 +13,7 @@ using Lines = std::vector<std::string>;
 
 class SessionTest : public BridgeFixture {
 protected:
-    static std::string commandLine(const std::string& tool) {
-        HKEY key{};
-        const std::string path = "Software\\Tarvex\\Voltara Juntora\\16.6.0\\" + tool;
-        char text[256] = "none";
-        DWORD size = sizeof text;
-        if (RegOpenKeyExA(HKEY_CURRENT_USER, path.c_str(), KEY_READ, &key) == ERROR_SUCCESS) {
-            RegQueryValueExA(key, "CmdLine", nullptr, text, &size);
-            RegCloseKey(key);
-        }
-        return text;
-    }
+    static std::string commandLine(const char* tool) { return CAppReg().getCmdLine(tool); }
     static HWND standBy(const std::string& tool) {
         return FindWindowA(nullptr, ("m_pcwndDummy" + tool).c_str());
     }
@@ -225,7 +215,8 @@ TEST_F(SessionTest, ClosingAStandByWindowEndsItsSession) {
     EXPECT_TRUE(loses("Voltara"));
     EXPECT_TRUE(waitFor([] { return standBy("Voltara") == 0 && standBy("Scopel") == 0; }));
     EXPECT_NE(0U, find("Tunara"));
-    EXPECT_NE(0, launch(client, R"(1 "C:\x" "C:\nowhere\voltara")")) << "the hub looks for the program now";
+    EXPECT_NE(0, launch(client, R"(1 "C:\x" "C:\nowhere\voltara")"))
+        << "the hub looks for the program now";
 
     EXPECT_EQ(0, command(client, "JUNTORA_CLOSE_ALL_APPS"));
     for (const std::string tool : {"Tunara", "Dorvane", "Wavend"}) {
@@ -264,7 +255,7 @@ TEST_F(SessionTest, TheHubEndsWithAllItsSessions) {
     const std::string said = m_hub->readAll();
     EXPECT_NE(std::string::npos, said.find("user.end"));
     EXPECT_NE(std::string::npos, said.find("tunara.end"));
-    EXPECT_EQ("none", commandLine("Voltara")) << "command lines do not outlive the hub";
+    EXPECT_EQ("", commandLine("Voltara")) << "command lines do not outlive the hub";
 }
 
 TEST_F(SessionTest, FilesOfTheToolsAreFoundByTheirLocks) {

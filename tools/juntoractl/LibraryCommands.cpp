@@ -16,13 +16,10 @@ struct Options {
     std::string file;
 };
 
-// The members by their numbers.
-constexpr LONG LIBRARY_LIST_CHANGED_MEMBER = 1;
-constexpr LONG LIBRARY_CHANGED_MEMBER = 2;
-constexpr LONG CLOSE_FILE_MEMBER = 3;
-
 std::string meaningOf(HRESULT result) {
     switch (result) {
+        case S_OK:
+            return "the hub's object is of another kind: it is one of another version";
         case CO_E_CLASSSTRING:
         case REGDB_E_CLASSNOTREG:
             return "no hub has registered itself yet: start juntora once";

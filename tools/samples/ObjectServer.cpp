@@ -71,18 +71,7 @@ void say(const char* tool, const std::string& text) {
 }
 
 std::string leftCommandLine(const char* toolKey) {
-    HKEY key{};
-    const std::string path = std::string(COMMAND_LINES) + toolKey;
-    if (RegOpenKeyExA(HKEY_CURRENT_USER, path.c_str(), KEY_QUERY_VALUE, &key) != ERROR_SUCCESS) {
-        return "";
-    }
-    char text[2048] = "";
-    DWORD size = sizeof text - 1;
-    DWORD type = 0;
-    const bool isRead =
-        RegQueryValueExA(key, "CmdLine", &type, text, &size) == ERROR_SUCCESS && type == REG_SZ;
-    RegCloseKey(key);
-    return isRead ? text : "";
+    return ReadRegistryText(HKEY_CURRENT_USER, std::string(COMMAND_LINES) + toolKey, "CmdLine");
 }
 
 SampleObject::SampleObject() {

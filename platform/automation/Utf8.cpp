@@ -1,0 +1,63 @@
+#include "platform/automation/Utf8.h"
+
+#include <cstdint>
+
+namespace juntora::automation {
+namespace {
+
+struct Form {
+    unsigned mask;        ///< Of the first byte, the bits that tell the form...
+    unsigned mark;        ///< ...and what they are.
+    std::size_t length;   ///< In bytes.
+    std::uint32_t least;  ///< The first code point that needs as many.
+};
+constexpr Form FORMS[] = {
+    {0x80, 0x00, 1, 0x1},
+    {0xE0, 0xC0, 2, 0x80},
+    {0xF0, 0xE0, 3, 0x800},
+    {0xF8, 0xF0, 4, 0x10000},
+};
+
+bool isCharacter(std::uint32_t point) {
+    const bool isSurrogate = point >= 0xD800 && point < 0xE000;
+    const bool isNoncharacter = (point & 0xFFFE) == 0xFFFE || (point >= 0xFDD0 && point < 0xFDF0);
+    return point <= 0x10FFFF && !isSurrogate && !isNoncharacter;
+}
+
+/// The length of the character that the text begins with, 0 for none.
+std::size_t firstCharacter(std::string_view text) {
+    const unsigned first = static_cast<unsigned char>(text.front());
+    for (const Form& form : FORMS) {
+        if ((first & form.mask) != form.mark) {
+            continue;
+        }
+        if (text.size() < form.length) {
+            return 0;
+        }
+        std::uint32_t point = first & ~form.mask;
+        for (std::size_t i = 1; i < form.length; ++i) {
+            const unsigned next = static_cast<unsigned char>(text[i]);
+            if ((next & 0xC0) != 0x80) {
+                return 0;
+            }
+            point = point << 6 | (next & 0x3F);
+        }
+        return point >= form.least && isCharacter(point) ? form.length : 0;
+    }
+    return 0;
+}
+
+}  // namespace
+
+bool isBusText(std::string_view text) {
+    while (!text.empty()) {
+        const std::size_t length = firstCharacter(text);
+        if (length == 0) {
+            return false;
+        }
+        text.remove_prefix(length);
+    }
+    return true;
+}
+
+}  // namespace juntora::automation
