@@ -44,9 +44,11 @@ void CAppReg::setCmdLine(const char* toolKey, const char* text) {
 void CAppReg::clearCmdLine(const char* toolKey) { setCmdLine(toolKey, nullptr); }
 
 std::string CAppReg::getCmdLine(const char* toolKey) {
-    return ReadRegistryText(HKEY_CURRENT_USER,
-                            std::string("software\\Tarvex\\Voltara Juntora\\16.6.0\\") + toolKey,
-                            VALUE);
+    std::string text;
+    ReadRegistryText(HKEY_CURRENT_USER,
+                     std::string("software\\Tarvex\\Voltara Juntora\\16.6.0\\") + toolKey, VALUE,
+                     &text);
+    return text;
 }
 
 }  // namespace juntora

@@ -21,8 +21,11 @@ std::string libraryPath() {
     if (const char* path = GetEnvironment(PATH_VARIABLE)) {
         return path;
     }
-    const std::string own = ReadRegistryText(HKEY_CURRENT_USER, PATH_KEY, PATH_VALUE);
-    return own.empty() ? ReadRegistryText(HKEY_LOCAL_MACHINE, PATH_KEY, PATH_VALUE) : own;
+    std::string path;
+    if (ReadRegistryText(HKEY_CURRENT_USER, PATH_KEY, PATH_VALUE, &path) != ERROR_SUCCESS) {
+        ReadRegistryText(HKEY_LOCAL_MACHINE, PATH_KEY, PATH_VALUE, &path);
+    }
+    return path;
 }
 
 /// Null where none is supplied, or where it cannot be loaded, of which is told.

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/automation/registration.h"
+#include "platform/desktop/message.h"
 #include "platform/kernel/process.h"
 
 namespace juntora {
@@ -25,6 +26,7 @@ std::vector<Factory>& factories() {
 }
 
 int g_locks = 0;
+bool g_isUserControl = true;
 
 }  // namespace
 
@@ -43,6 +45,8 @@ bool COleObjectFactory::RegisterAll() {
                            &factory.describe()->description()});
     });
 }
+
+void COleObjectFactory::RevokeAll() { RevokeClasses(); }
 
 bool COleObjectFactory::UpdateRegistryAll(bool add) {
     const std::string program = OwnProgramPath();
@@ -64,7 +68,12 @@ bool AfxOleInit() {
 }
 
 void AfxOleLockApp() { ++g_locks; }
-void AfxOleUnlockApp() { --g_locks; }
+void AfxOleUnlockApp() {
+    if (--g_locks == 0 && !g_isUserControl) {
+        PostQuitMessage(0);
+    }
+}
+void AfxOleSetUserCtrl(bool userControl) { g_isUserControl = userControl; }
 bool AfxOleCanExitApp() { return g_locks == 0; }
 
 }  // namespace juntora

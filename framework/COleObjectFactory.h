@@ -16,6 +16,8 @@ public:
 
     /// Offers all classes from now on. False if one was refused.
     static bool RegisterAll();
+    /// Offers none any more. Calls that have come until then are served first.
+    static void RevokeAll();
     /// Writes all classes into the registry, or (false) takes them out. What stands there already
     /// as it should is not written again. False if something could not be written.
     static bool UpdateRegistryAll(bool add);
@@ -23,6 +25,10 @@ public:
 
 /// Starts automation for the thread. False without a bus; standard error says why.
 bool AfxOleInit();
+
+/// Whether the program is a person's: with true (as at first) it does not end when its last locking
+/// object goes, with false it does.
+void AfxOleSetUserCtrl(bool userControl);
 
 /// While objects live that have locked the application it does not end.
 void AfxOleLockApp();

@@ -60,6 +60,7 @@ bool CJuntoraApp::InitInstance() {
         return false;  // That was all.
     }
     const bool isStartedByHand = !RunEmbedded() && !RunAutomated();
+    AfxOleSetUserCtrl(true);
     m_nCmdShow = SW_HIDE;
     LeaveStartersPipes();
 
@@ -74,13 +75,15 @@ bool CJuntoraApp::InitInstance() {
 /// At every start; whether this one was for nothing else.
 bool CJuntoraApp::registerClasses() {
     PerUserRegistrationOn();
-    const bool isServed = COleObjectFactory::RegisterAll();
+    if (!COleObjectFactory::RegisterAll()) {
+        std::fputs("juntora: the message bus does not let it offer its class.\n", stderr);
+    }
     const bool isRegistered = COleObjectFactory::UpdateRegistryAll(true);
-    if (!isServed || !isRegistered) {
+    if (!isRegistered) {
         std::fputs(
-            "juntora: its class could not be registered for other programs. The registry's file, "
-            "or "
-            "the folder dbus-1/services of the user's data, cannot be written.\n",
+            "juntora: its class could not be registered for other programs. The registry's "
+            "file, or the folder dbus-1/services of the user's data, cannot be written, or "
+            "the path of this program has a quote, a dollar sign or a backslash in it.\n",
             stderr);
     }
     if (m_lpCmdLine != nullptr && RemoveSwitch(m_lpCmdLine, "Regserver")) {

@@ -120,20 +120,43 @@ void CJuntoraDlg::OnAppActivity() {
     }
 }
 
-void CJuntoraDlg::OnClose() {
+bool CJuntoraDlg::mayEnd() const {
     if (!AfxOleCanExitApp()) {
-        return;
+        return false;
     }
     // While tools are being closed, a request is being served (which may show a box) or the bridge
-    // waits for a tool, there is a call on the stack that goes on with these objects. The next tick
-    // of the timer asks again: what asks now may be the last object of a hub that was started for
-    // it, which never asks again.
+    // waits for a tool, there is a call on the stack that goes on with these objects.
     const bool isBusy = m_nClosingApps > 0 || (m_pIpcWnd && m_pIpcWnd->IsServing()) ||
                         (m_pMonitor && m_pMonitor->m_pIpc->isBridgeCalling());
-    if (isBusy && m_pMonitor) {
+    if (isBusy) {
+        closeLater();
+    }
+    return !isBusy && !(m_pMonitor && m_pMonitor->HasApps());
+}
+
+/// What asks now may be the last object of a hub that was started for it, which never asks again.
+void CJuntoraDlg::closeLater() const {
+    if (m_pMonitor) {
         m_pMonitor->CloseAtNextTick();
     }
-    if (isBusy || (m_pMonitor && m_pMonitor->HasApps())) {
+}
+
+void CJuntoraDlg::OnClose() {
+    if (m_nEnding > 0 || !mayEnd()) {
+        return;
+    }
+    const ScopedCount ending(m_nEnding);
+    // The next hub, which the bus may start at once, waits until this one's window has gone.
+    const StartLock startLock(0);
+    if (startLock.HasTimedOut()) {
+        closeLater();
+        return;
+    }
+    // Who calls from here on is to find that next hub, and no dying one. What is served meanwhile
+    // may make an object or sign on a tool.
+    COleObjectFactory::RevokeAll();
+    if (!mayEnd()) {
+        COleObjectFactory::RegisterAll();
         return;
     }
     if (m_pMonitor) {

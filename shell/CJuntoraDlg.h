@@ -36,6 +36,8 @@ private:
     void OnPaint();
     int OnQueryDragIcon();
     void OnAppActivity();
+    bool mayEnd() const;
+    void closeLater() const;
     void OnClose();
     void OnAppHide();
     void OnShowWindow(BOOL show, UINT reason);
@@ -56,6 +58,7 @@ private:
 
     StartLock* m_pStartLock = nullptr;
     int m_nClosingApps = 0;  ///< How many requests to close all tools are being carried out.
+    int m_nEnding = 0;
 };
 
 }  // namespace juntora

@@ -6,15 +6,13 @@ namespace juntora {
 namespace {
 
 constexpr char START_MUTEX[] = "TarvexVoltaraJuntoraStart16.6.0";
-constexpr DWORD PATIENCE_MILLISECONDS = 10'000;
 
 }  // namespace
 
-StartLock::StartLock()
+StartLock::StartLock(DWORD milliseconds)
     : m_hMutex(CreateMutexA(false, START_MUTEX)),
       // Without a mutex (there is no room for one) a lone start is still better than none.
-      m_bTimedOut(m_hMutex &&
-                  WaitForSingleObject(m_hMutex, PATIENCE_MILLISECONDS) == WAIT_TIMEOUT) {}
+      m_bTimedOut(m_hMutex && WaitForSingleObject(m_hMutex, milliseconds) == WAIT_TIMEOUT) {}
 
 void StartLock::Release() {
     if (m_hMutex) {

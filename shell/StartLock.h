@@ -5,12 +5,13 @@
 
 namespace juntora {
 
-/// Held by a hub from before it looks for a running one until its own window can be found. The wait
-/// for it is bounded; a hub that dies in between leaves it to the next. To be used by one thread.
+/// Held by a hub from before it looks for a running one until its own window can be found, and
+/// while it ends until that window has gone. A hub that dies in between leaves it to the next. To
+/// be used by one thread.
 class StartLock {
 public:
-    /// Waits until no other hub is starting, at most 10 s.
-    StartLock();
+    /// Waits until no other hub is starting or ending.
+    explicit StartLock(DWORD milliseconds = 10'000);
     ~StartLock() { Release(); }
     StartLock(const StartLock&) = delete;
     StartLock& operator=(const StartLock&) = delete;

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "platform/automation/BusAddress.h"
+#include "platform/automation/NameWatch.h"
 #include "platform/desktop/CallOut.h"
 #include "platform/desktop/Queue.h"
 #include "platform/desktop/Timers.h"
@@ -66,6 +67,9 @@ Bus::~Bus() {
         UnwatchDescriptor(m_nudge);
         close(m_nudge);
     }
+    if (desktop::Queue* queue = desktop::Queue::current()) {
+        queue->setLongWait(nullptr);
+    }
     sd_bus_close_unref(m_bus);
 }
 
@@ -84,6 +88,8 @@ bool Bus::join(std::string* why) {
         *why = "the message bus cannot be watched: there are no descriptors left";
         return false;
     }
+    // Whom a message has been sent to may have calls to make before it is answered.
+    desktop::Queue::current()->setLongWait([this] { onReady(this); });
     return true;
 }
 
@@ -174,10 +180,13 @@ void Bus::end() {
         UnwatchDescriptor(m_descriptor);
         m_descriptor = -1;
         sd_bus_close(m_bus);
+        for (const NameWatch* watch : m_watches) {
+            watch->tell(false);
+        }
         if (m_events.ended) {
             later(std::exchange(m_events.ended, nullptr));
-            lookAgain();
         }
+        lookAgain();
     }
 }
 

@@ -4,6 +4,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 
 #include "platform/automation/Message.h"
@@ -13,6 +14,8 @@ namespace juntora::automation {
 /// The bus itself, as one on it.
 inline constexpr char DAEMON_NAME[] = "org.freedesktop.DBus";
 inline constexpr char DAEMON_PATH[] = "/org/freedesktop/DBus";
+
+class NameWatch;
 
 /// For the thread that made it. Nothing that the program has written runs from inside the
 /// library's own processing, which must not be entered twice: what comes in is put into a line and
@@ -59,6 +62,7 @@ public:
     void later(std::function<void()> work);
 
 private:
+    friend class NameWatch;
     struct Pending;
 
     Bus(sd_bus* bus, Events events);
@@ -76,6 +80,7 @@ private:
     Events m_events;
     std::string m_name;
     std::deque<std::function<void()>> m_line;
+    std::set<const NameWatch*> m_watches;  ///< Told of the end.
     int m_descriptor = -1;
     int m_nudge = -1;  ///< A clock's descriptor, which the loop watches too.
     int m_depth = 0;

@@ -4,12 +4,13 @@
 
 namespace juntora::automation {
 
-std::string readClassText(const std::string& path) {
-    return ReadRegistryText(HKEY_CLASSES_ROOT, path, nullptr);
+DWORD readClassText(const std::string& path, std::string* text) {
+    return ReadRegistryText(HKEY_CLASSES_ROOT, path, nullptr, text);
 }
 
 bool writeClassText(const std::string& path, const std::string& text) {
-    if (!text.empty() && readClassText(path) == text) {
+    std::string now;
+    if (readClassText(path, &now) == ERROR_SUCCESS && now == text) {
         return true;
     }
     HKEY key{};

@@ -3,10 +3,12 @@
 
 #include <string>
 
+#include "platform/types.h"
+
 namespace juntora::automation {
 
-/// Empty where there is none, or no text.
-std::string readClassText(const std::string& path);
+/// As ReadRegistryText.
+DWORD readClassText(const std::string& path, std::string* text);
 
 /// Writes it, unless it is that already. False if it could not be written.
 bool writeClassText(const std::string& path, const std::string& text);

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdio>
 
 #include <systemd/sd-bus.h>
 
 #include "platform/automation/automation.h"
+#include "platform/desktop/Attachment.h"
 
 namespace juntora {
 namespace {
@@ -42,6 +44,23 @@ std::string BusNameOfClass(const std::string& programId) {
 }
 
 namespace automation {
+
+std::string ownNameOfClass(const std::string& programId) {
+    const std::string name = BusNameOfClass(programId);
+    const desktop::Attachment* desktop = desktop::Attachment::get();
+    if (name.empty() || desktop == nullptr) {
+        return "";
+    }
+    const std::string& folder = desktop->folderPath();
+    std::string own = name + ".on_";
+    for (const char sign : folder.substr(folder.rfind('/') + 1)) {
+        char number[8];
+        std::snprintf(number, sizeof number, "_%02x", unsigned{static_cast<unsigned char>(sign)});
+        own += std::isalnum(static_cast<unsigned char>(sign)) != 0 ? std::string(1, sign) : number;
+    }
+    // The bus takes names of up to 255 characters.
+    return sd_bus_service_name_is_valid(own.c_str()) > 0 ? own : name;
+}
 
 std::string pathOfClass(const std::string& programId) {
     std::string path = "/" + BusNameOfClass(programId);

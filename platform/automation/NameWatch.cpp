@@ -21,6 +21,7 @@ NameWatch::NameWatch(Bus& bus, const std::string& name, Told told)
             0 &&
         sd_bus_call_method_async(bus.handle(), &m_question, DAEMON_NAME, DAEMON_PATH, DAEMON_NAME,
                                  "NameHasOwner", &onAnswer, this, "s", name.c_str()) >= 0;
+    bus.m_watches.insert(this);
     if (!isAsked) {
         tell(false);
         bus.lookAgain();
@@ -28,6 +29,7 @@ NameWatch::NameWatch(Bus& bus, const std::string& name, Told told)
 }
 
 NameWatch::~NameWatch() {
+    m_bus.m_watches.erase(this);
     sd_bus_slot_unref(m_question);
     sd_bus_slot_unref(m_match);
 }
@@ -40,18 +42,16 @@ void NameWatch::tell(bool hasOwner) const {
     });
 }
 
-int NameWatch::onAdded(sd_bus_message* message, void* self, sd_bus_error*) {
-    if (sd_bus_message_is_method_error(message, nullptr) > 0) {
-        static_cast<NameWatch*>(self)->tell(false);
-    }
-    return 1;
-}
+int NameWatch::onAdded(sd_bus_message*, void*, sd_bus_error*) { return 1; }
 
+/// An error is no word of anybody: whoever is there stays so until the bus says that they have
+/// gone.
 int NameWatch::onAnswer(sd_bus_message* message, void* self, sd_bus_error*) {
     int hasOwner = 0;
-    const bool isTold = sd_bus_message_is_method_error(message, nullptr) == 0 &&
-                        sd_bus_message_read(message, "b", &hasOwner) > 0;
-    static_cast<NameWatch*>(self)->tell(isTold && hasOwner != 0);
+    if (sd_bus_message_is_method_error(message, nullptr) == 0 &&
+        sd_bus_message_read(message, "b", &hasOwner) > 0) {
+        static_cast<NameWatch*>(self)->tell(hasOwner != 0);
+    }
     return 1;
 }
 

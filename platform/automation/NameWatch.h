@@ -25,6 +25,7 @@ public:
     NameWatch& operator=(const NameWatch&) = delete;
 
 private:
+    friend class Bus;
     struct State;
 
     void tell(bool hasOwner) const;

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <signal.h>
 #include <spawn.h>
 #include <sys/file.h>
 #include <sys/socket.h>
@@ -42,7 +43,7 @@ constexpr int READY_DESCRIPTOR = 3;
 constexpr char KEEPER[] = R"((
 "$1" --config-file="$2" --nofork --nopidfile --print-address=3 & daemon=$!
 exec 3>&-
-flock -x "$3" sh -c 'rm -f "$1"; kill -KILL "$2"' sh "$4" "$daemon" & keeper=$!
+flock -x "$3" sh -c 'rm -f "$1" "$3"; kill -KILL "$2"' sh "$4" "$daemon" "$2" & keeper=$!
 wait "$daemon"
 kill "$keeper"
 ) &)";
@@ -93,7 +94,14 @@ bool startKeeper(const Files& files, int ready) {
     posix_spawn_file_actions_addclosefrom_np(&actions, READY_DESCRIPTOR + 1);
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
+    // What the starter ignores or holds back is no concern of theirs.
+    sigset_t signals;
+    sigemptyset(&signals);
+    posix_spawnattr_setsigmask(&attributes, &signals);
+    sigfillset(&signals);
+    posix_spawnattr_setsigdefault(&attributes, &signals);
+    posix_spawnattr_setflags(&attributes,
+                             POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
     const char* arguments[] = {"sh",
                                "-c",
                                KEEPER,
@@ -108,7 +116,8 @@ bool startKeeper(const Files& files, int ready) {
                                     const_cast<char* const*>(arguments), environ);
     posix_spawn_file_actions_destroy(&actions);
     posix_spawnattr_destroy(&attributes);
-    return failure == 0 && waitpid(shell, nullptr, 0) == shell;
+    // Where ends of children are ignored it is collected by nobody.
+    return failure == 0 && (waitpid(shell, nullptr, 0) == shell || errno == ECHILD);
 }
 
 /// For as long as this process lives.
@@ -132,21 +141,6 @@ bool isNameShortEnough(const std::string& socket) {
     return socket.size() < sizeof sockaddr_un{}.sun_path;
 }
 
-bool listens(const Files& files) {
-    sockaddr_un name{};
-    name.sun_family = AF_UNIX;
-    std::memcpy(name.sun_path, files.socket.c_str(), files.socket.size() + 1);
-    const int probe = socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-    // One that has no time for more callers is there all the same.
-    const bool isThere =
-        probe >= 0 && (connect(probe, reinterpret_cast<const sockaddr*>(&name), sizeof name) == 0 ||
-                       errno == EAGAIN);
-    if (probe >= 0) {
-        close(probe);
-    }
-    return isThere;
-}
-
 /// Until the daemon has written its line; false when it has ended, or does not come up.
 bool awaitLine(int ready) {
     pollfd wait{ready, POLLIN, 0};
@@ -156,7 +150,7 @@ bool awaitLine(int ready) {
 
 /// With the mutex in hand.
 bool startBus(const Files& files) {
-    if (listens(files)) {
+    if (listensAt(files.socket)) {
         return true;
     }
     unlink(files.socket.c_str());
@@ -166,9 +160,9 @@ bool startBus(const Files& files) {
     }
     const bool isStarted = startKeeper(files, ready[1]);
     close(ready[1]);
-    const bool listens = isStarted && awaitLine(ready[0]);
+    const bool isThere = isStarted && awaitLine(ready[0]);
     close(ready[0]);
-    return listens;
+    return isThere;
 }
 
 bool startBusInTurn(const Files& files, std::string* why) {
@@ -210,6 +204,23 @@ std::string addressOfSocket(const std::string& path) {
     return address;
 }
 
+bool listensAt(const std::string& socketPath) {
+    sockaddr_un name{};
+    name.sun_family = AF_UNIX;
+    if (!isNameShortEnough(socketPath)) {
+        return false;
+    }
+    std::memcpy(name.sun_path, socketPath.c_str(), socketPath.size() + 1);
+    const int probe = socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+    const bool isThere =
+        probe >= 0 && (connect(probe, reinterpret_cast<const sockaddr*>(&name), sizeof name) == 0 ||
+                       errno == EAGAIN);
+    if (probe >= 0) {
+        close(probe);
+    }
+    return isThere;
+}
+
 bool isPrivateBus(const std::string& address) {
     desktop::Attachment* desktop = desktop::Attachment::get();
     const std::string own =
@@ -235,7 +246,8 @@ std::string addressOfPrivateBus(std::string* why) {
         *why = "there is no session bus, and the file " + files.lock + " cannot be locked";
         return "";
     }
-    return listens(files) || startBusInTurn(files, why) ? addressOfSocket(files.socket) : "";
+    return listensAt(files.socket) || startBusInTurn(files, why) ? addressOfSocket(files.socket)
+                                                                 : "";
 }
 
 }  // namespace juntora::automation

@@ -16,6 +16,9 @@
 namespace juntora::automation {
 namespace {
 
+constexpr DWORD NAME_MICROSECONDS = 5'000'000;
+constexpr std::uint32_t STAND_IN_LINE = 0;  ///< Of the bus's RequestName: no flag at all.
+
 constexpr char INTROSPECTABLE[] = "org.freedesktop.DBus.Introspectable";
 
 /// A member as a plain one of the object's own interface; null for none.
@@ -80,14 +83,41 @@ struct Server::Call {
 };
 
 bool Server::serve(const ServedClass& served) {
-    const std::string name = BusNameOfClass(served.programId);
+    const std::string path = pathOfClass(served.programId);
+    m_classes[path] = served;  // From the moment on that the bus has the name calls come.
     // A second program that offers the class stands in line for the name.
-    if (name.empty() || sd_bus_request_name(m_bus.handle(), name.c_str(), SD_BUS_NAME_QUEUE) < 0) {
-        return false;
+    const std::string own = ownNameOfClass(served.programId);
+    bool isServed = !own.empty();
+    for (const std::string& name : {BusNameOfClass(served.programId), own}) {
+        const Message request = newNameRequest("RequestName", name);
+        // Nothing is served meanwhile: the program may not be as far yet.
+        isServed =
+            isServed && request && sd_bus_message_append(request.get(), "u", STAND_IN_LINE) >= 0 &&
+            sd_bus_call(m_bus.handle(), request.get(), NAME_MICROSECONDS, nullptr, nullptr) >= 0;
     }
-    m_classes[pathOfClass(served.programId)] = served;
+    if (!isServed) {
+        m_classes.erase(path);
+    }
     m_bus.lookAgain();
-    return true;
+    return isServed;
+}
+
+void Server::revokeAll() {
+    // What is served meanwhile may offer or revoke by itself.
+    for (const auto& [path, served] : std::map(m_classes)) {
+        for (const std::string& name :
+             {BusNameOfClass(served.programId), ownNameOfClass(served.programId)}) {
+            HRESULT error = E_FAIL;
+            m_bus.call(newNameRequest("ReleaseName", name), NAME_MICROSECONDS / 1'000, &error);
+        }
+    }
+    m_classes.clear();
+}
+
+Message Server::newNameRequest(const char* member, const std::string& name) const {
+    Message message = m_bus.newCall(DAEMON_NAME, DAEMON_PATH, DAEMON_NAME, member);
+    const bool isWritten = message && sd_bus_message_append(message.get(), "s", name.c_str()) >= 0;
+    return isWritten ? std::move(message) : nullptr;
 }
 
 const ServedClass* Server::classAt(const std::string& path) const {

@@ -15,12 +15,15 @@ public:
 
     /// False where the bus refuses the class's name.
     bool serve(const ServedClass& served);
+    /// Offers nothing any more. What has come until then is served before it returns.
+    void revokeAll();
     /// Answers a call. One that nobody here knows is told so.
     void answer(const Message& call);
 
 private:
     struct Call;
 
+    Message newNameRequest(const char* member, const std::string& name) const;
     void answerCall(const Message& call);
     const ServedClass* classAt(const std::string& path) const;
     bool answerInterface(Call& call);

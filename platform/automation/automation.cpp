@@ -15,6 +15,7 @@
 #include "platform/automation/Server.h"
 #include "platform/automation/Services.h"
 #include "platform/automation/protocol.h"
+#include "platform/messages.h"
 
 namespace juntora {
 namespace automation {
@@ -38,12 +39,22 @@ void tellOfEnd() {
     g_runtime->objects->releaseEverything();
 }
 
-bool find(const GUID& classId, KnownClass* known) {
+/// What a failed look into the registry means to a caller; `absent` where nothing stands there.
+HRESULT resultOf(DWORD error, HRESULT absent) {
+    return error == ERROR_FILE_NOT_FOUND ? absent : HRESULT_FROM_WIN32(error);
+}
+
+HRESULT find(const GUID& classId, KnownClass* known) {
     const std::string path = "CLSID\\" + TextOfGuid(classId);
-    const std::string programId = readClassText(path + "\\ProgID");
-    *known = {BusNameOfClass(programId), pathOfClass(programId),
-              readClassText(path + "\\LocalServer32")};
-    return !programId.empty() && !known->busName.empty();
+    std::string programId;
+    if (const DWORD error = readClassText(path + "\\ProgID", &programId)) {
+        return resultOf(error, REGDB_E_CLASSNOTREG);
+    }
+    // A class without a program may be offered all the same.
+    const DWORD error = readClassText(path + "\\LocalServer32", &known->program);
+    known->busName = ownNameOfClass(programId);
+    known->path = pathOfClass(programId);
+    return known->busName.empty() ? REGDB_E_CLASSNOTREG : resultOf(error, S_OK);
 }
 
 HRESULT makeInstance(const KnownClass& known, IDispatch** out) {
@@ -124,6 +135,12 @@ void DisconnectObject(const IDispatch* object) {
     }
 }
 
+void RevokeClasses() {
+    if (automation::g_runtime != nullptr) {
+        automation::g_runtime->server->revokeAll();
+    }
+}
+
 bool ServeClass(const ServedClass& served) {
     return automation::g_runtime != nullptr && automation::g_runtime->server->serve(served);
 }
@@ -140,8 +157,8 @@ HRESULT CreateObject(const GUID& classId, IDispatch** out) {
         return CO_E_NOTINITIALIZED;
     }
     KnownClass known;
-    if (!find(classId, &known)) {
-        return REGDB_E_CLASSNOTREG;
+    if (const HRESULT found = find(classId, &known); found < 0) {
+        return found;
     }
     // A program that ends just now, since nobody has wanted it any more, is started anew.
     constexpr int TRIES = 3;
@@ -153,7 +170,10 @@ HRESULT CreateObject(const GUID& classId, IDispatch** out) {
 }
 
 HRESULT ClassOfProgram(const char* programId, GUID* classId) {
-    const std::string text = automation::readClassText(std::string(programId) + "\\CLSID");
+    std::string text;
+    if (const DWORD error = automation::readClassText(std::string(programId) + "\\CLSID", &text)) {
+        return automation::resultOf(error, CO_E_CLASSSTRING);
+    }
     const auto found = GuidOfText(text);
     if (!found) {
         return CO_E_CLASSSTRING;

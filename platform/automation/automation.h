@@ -4,7 +4,7 @@
 // All calls are for one thread of a process, that which has started automation. A call into another
 // process is waited for at most CALL_MILLISECONDS; meanwhile this thread serves calls into its own
 // objects and messages that are sent to its windows, but no posted ones: whoever is called may call
-// back.
+// back. A send that waits for long looks for calls every 50 ms.
 #pragma once
 
 #include <functional>
@@ -44,6 +44,11 @@ inline constexpr HRESULT CO_E_APPNOTFOUND = static_cast<HRESULT>(0x800401F5);
 inline constexpr HRESULT CO_E_SERVER_EXEC_FAILURE = static_cast<HRESULT>(0x80080005);
 /// It was started, and did not offer the class within START_MILLISECONDS.
 inline constexpr HRESULT CO_E_SERVER_START_TIMEOUT = static_cast<HRESULT>(0x8000401E);
+
+/// The registry could not be read: its error number, in the lower half.
+constexpr HRESULT HRESULT_FROM_WIN32(DWORD error) {
+    return error == 0 ? S_OK : static_cast<HRESULT>(0x80070000 | (error & 0xFFFF));
+}
 
 inline constexpr DWORD CALL_MILLISECONDS = 30'000;
 inline constexpr DWORD START_MILLISECONDS = 10'000;
@@ -139,6 +144,10 @@ struct ServedClass {
 /// Offers the class on the bus from now on, under its name; where another process does, as soon as
 /// that one ends. The calls come from the thread's message loop. False without a bus.
 bool ServeClass(const ServedClass& served);
+
+/// Offers none of them any more. Calls that have come until then are served before this returns;
+/// those that come later find nobody, or the next program that offers the class.
+void RevokeClasses();
 
 /// How many references other processes have to objects of this one.
 std::size_t ForeignReferences();

@@ -127,6 +127,12 @@ bool Queue::serveSent() {
     return served > 0;
 }
 
+void Queue::workInLongWait() {
+    if (m_longWait) {
+        m_longWait();
+    }
+}
+
 void Queue::answer(const SentMessage& sent) {
     if (sent.sender >= MAX_THREADS || sent.replySlot >= MAX_SEND_DEPTH) {
         return;

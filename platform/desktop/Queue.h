@@ -3,7 +3,9 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "platform/desktop/Attachment.h"
@@ -39,6 +41,9 @@ public:
     /// Serves what has been sent to this thread, up to a number that lets other work come up too.
     /// Whether there was any.
     bool serveSent();
+    /// What is to be looked after when a send waits for long: every 50 ms then. Null for nothing.
+    void setLongWait(std::function<void()> work) { m_longWait = std::move(work); }
+    void workInLongWait();
     bool hasSent() const { return m_mailbox->sent.hasWork(); }
     /// Takes the oldest posted message of this window (0: any) with a number in the range (both 0:
     /// any); with `keep` it stays in its place.
@@ -101,6 +106,7 @@ private:
     BellRopes m_ropes;
     Patience m_patience;
     bool m_hasBeenIdle = false;
+    std::function<void()> m_longWait;
     std::uint32_t m_servingDepth = 0;
     /// Of the last message that was served: it was sent, and its sender was awake for the answer.
     bool m_lastWasSent = false;

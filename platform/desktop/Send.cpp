@@ -131,6 +131,9 @@ Outcome awaitAnswer(Queue& queue, Turn& turn, const Address& to, bool wasAsleep,
         queue.ringIfAsleep(to.thread);
         kernel::noteWaitFor(queue.segment().threads[to.thread].process);
         queue.waitInSend(to.thread, turn.reply(), turn.waiting(), LOOK_AGAIN_MILLISECONDS);
+        if (!somethingCame()) {
+            queue.workInLongWait();
+        }
     }
     return Outcome::ANSWERED;
 }

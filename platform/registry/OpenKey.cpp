@@ -79,12 +79,11 @@ DWORD OpenKey::open(const KeyPath& path, REGSAM access, Pointer* result) {
     const KeyPath whole = below(path);
     const Way user(Hive::user(), whole);
     const Way machine(Hive::machine(), whole);
-    for (const Way* way : {&user, &machine}) {
-        if (way->hasFailed()) {
-            return way->error;
-        }
-    }
     const bool isUsers = user.error == ERROR_SUCCESS;
+    // What the user has is to be had even where the machine's file is no good.
+    if (user.hasFailed() || (machine.hasFailed() && !isUsers)) {
+        return user.hasFailed() ? user.error : machine.error;
+    }
     if (!isUsers && machine.error != ERROR_SUCCESS && whole.size() > CLASSES_DEPTH) {
         return machine.error;
     }

@@ -114,8 +114,9 @@ DWORD RegEnumKeyExA(HKEY key, DWORD index, char* name, DWORD* length);
 /// the size, and nothing at `data`. Without `data`: type and size alone. With `data` and no `size`:
 /// ERROR_INVALID_PARAMETER.
 DWORD RegQueryValueExA(HKEY key, const char* name, DWORD* type, void* data, DWORD* size);
-/// The text of a value of the type REG_SZ, of a key that `path` leads to; empty where there is none.
-std::string ReadRegistryText(HKEY key, const std::string& path, const char* name);
+/// The text of a value of the type REG_SZ, of a key that `path` leads to. Where there is none, or
+/// one of another type, that is ERROR_FILE_NOT_FOUND, and `*text` is empty, as for any error.
+DWORD ReadRegistryText(HKEY key, const std::string& path, const char* name, std::string* text);
 /// Writes a value of `size` bytes, in the place of one of that name.
 DWORD RegSetValueExA(HKEY key, const char* name, DWORD type, const void* data, DWORD size);
 DWORD RegDeleteValueA(HKEY key, const char* name);

@@ -63,6 +63,26 @@ void BusClient::send(const std::string& programId, const std::string& path, cons
                              interface, member, nullptr, nullptr, "");
 }
 
+sd_bus_message* BusClient::newCall(const std::string& programId, const std::string& path,
+                                   const char* interface, const char* member) {
+    sd_bus_message* message = nullptr;
+    sd_bus_message_new_method_call(m_bus.get(), &message, BusNameOfClass(programId).c_str(),
+                                   (path.empty() ? pathOf(programId) : path).c_str(), interface,
+                                   member);
+    return message;
+}
+
+std::string BusClient::send(sd_bus_message* message) {
+    const Message kept(message);
+    sd_bus_error error{};
+    sd_bus_message* reply = nullptr;
+    sd_bus_call(m_bus.get(), message, 0, &error, &reply);
+    const Message answer(reply);
+    std::string name = error.name != nullptr ? error.name : "";
+    sd_bus_error_free(&error);
+    return name;
+}
+
 bool BusClient::share(const std::string& programId, const std::string& path,
                       const std::string& with) {
     return sd_bus_call_method(m_bus.get(), BusNameOfClass(programId).c_str(), path.c_str(),

@@ -112,8 +112,10 @@ TEST_F(CallTest, WhoIsCalledCallsBack) {
     Caller caller(driver);
     EXPECT_EQ(10, driver.InvokeHelper<LONG>(CALL_BACK, caller.GetIDispatch(false), LONG{10}));
     EXPECT_EQ(11, caller.calls);
-    // While the server waits inside a call of this program, one of its own goes through as well.
-    EXPECT_EQ(0, driver.InvokeHelper<LONG>(CALL_BACK, caller.GetIDispatch(false), LONG{0}));
+    // In the other order: the server begins, and is called back. And both at once.
+    driver.InvokeHelper(CALL_LATER, caller.GetIDispatch(false), LONG{10});
+    EXPECT_EQ(10, driver.InvokeHelper<LONG>(CALL_BACK, caller.GetIDispatch(false), LONG{10}));
+    EXPECT_TRUE(waitFor([&] { return caller.calls == 33; })) << caller.calls;
     EXPECT_TRUE(waitFor([] { return ForeignReferences() == 0; })) << "nothing of it stays held";
 }
 
@@ -157,6 +159,39 @@ TEST_F(CallTest, WhatIsSharedGoesWithThoseWhoHoldIt) {
     }
     EXPECT_TRUE(waitFor([&] { return references() == 2; })) << "the receiver's, and the driver's";
     EXPECT_EQ(2, references());
+}
+
+TEST_F(CallTest, WhatNoCallerOfThisLayerSends) {
+    COleDispatchDriver driver;
+    ASSERT_TRUE(driver.CreateDispatch(CLASS_ID));
+    BusClient client("unix:path=" + sandbox().desktopFolder() + "/bus");
+    const std::string path = client.create(PROGRAM_ID);
+    constexpr char MISMATCH[] = "juntora.Error.TypeMismatch";
+    constexpr char GONE[] = "org.freedesktop.DBus.Error.UnknownObject";
+    const auto invoke = [&](const std::string& at, auto... arguments) {
+        return client.call(PROGRAM_ID, at, "juntora.Object", "Invoke", arguments...);
+    };
+    EXPECT_EQ("", invoke(path, "iuav", ADD, 1, 2, "i", 1, "i", 2));
+    EXPECT_EQ("", invoke(path, "iuav", ADD, 1, 2, "v", "i", 1, "d", 2.0));
+    EXPECT_EQ("", invoke(path, "iuav", ADD, 1, 2, "y", 1, "t", std::uint64_t{2}));
+    EXPECT_EQ(MISMATCH, invoke(path, "iuav", ADD, 1, 2, "i", 1, "t", std::uint64_t{1} << 40));
+    EXPECT_EQ(MISMATCH, invoke(path, "iuav", ADD, 1, 2, "i", 1, "x", -(std::int64_t{1} << 40)));
+    EXPECT_EQ(MISMATCH, invoke(path, "iuav", ADD, 1, 2, "i", 1, "as", 0));
+    EXPECT_EQ(MISMATCH, invoke(path, "iuav", ADD, 1, 2, "i", 1, "(ii)", 1, 2));
+    EXPECT_EQ(MISMATCH, invoke(path, "iuav", ADD, 1, 1, "av", 1, "i", 1));
+    EXPECT_EQ(MISMATCH, invoke(path, "iuav", ECHO, 1, 1, "ay", 2, 'a', 0));
+    EXPECT_EQ("org.freedesktop.DBus.Error.UnknownObject",
+              invoke("/juntora/object/999", "iuav", ADD, 1, 0));
+    EXPECT_EQ(MISMATCH, invoke(path, "iu", ADD, 1));
+    EXPECT_EQ(MISMATCH, invoke(path, "iuavs", ADD, 1, 0, "x"));
+    EXPECT_EQ(GONE, invoke("/juntora/object/1x", "iuav", ADD, 1, 0));
+    EXPECT_EQ(GONE, client.call(PROGRAM_ID, "/x", "juntora.Class", "CreateInstance", ""));
+    EXPECT_EQ(MISMATCH, client.call(PROGRAM_ID, "", "juntora.Class", "CreateInstance", "s", "x"));
+    EXPECT_EQ(3, driver.InvokeHelper<LONG>(ADD, LONG{1}, LONG{2})) << "it serves on";
+    for (int i = 0; i < 1'000 && !client.create(PROGRAM_ID).empty(); ++i) {
+    }
+    EXPECT_EQ("", client.create(PROGRAM_ID)) << "nobody has use for so many";
+    EXPECT_EQ(S_OK, creationError());
 }
 
 TEST_F(CallTest, EachFaultOfAProgramHasItsOwnError) {

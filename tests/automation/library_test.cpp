@@ -288,6 +288,47 @@ TEST_F(LibraryTest, ARegistryThatIsLockedHoldsUpAHubForSeconds) {
     EXPECT_TRUE(makeObject(driver)) << "what was registered before still holds";
 }
 
+TEST_F(LibraryTest, AToolThatIsBeingClosedStillTellsTheHub) {
+    startHub();
+    static TvxOleDispatchDriver* driver;
+    TvxOleDispatchDriver own;
+    driver = &own;
+    ASSERT_TRUE(makeObject(own));
+    const HWND asking = attach("Draftel");
+    const HWND closing = attach("Sketchel");
+    SetWindowProc(closing, [](HWND window, UINT message, WPARAM wParam, LPARAM lParam) -> LRESULT {
+        if (message == WM_SYSCOMMAND) {
+            EXPECT_EQ(0, driver->InvokeHelper<LONG>(CLOSE_FILE_MEMBER, "/a.olb"));
+        }
+        return DefWindowProcA(window, message, wParam, lParam);
+    });
+    const DWORD start = GetTickCount();
+    EXPECT_EQ(0, command(asking, "JUNTORA_CLOSE_ALL_APPS"));
+    EXPECT_LT(GetTickCount() - start, 3'000U) << "the hub serves while it waits for the tool";
+    EXPECT_FALSE(IsWindow(closing));
+}
+
+TEST_F(LibraryTest, NoCallMeetsAHubThatEnds) {
+    ASSERT_TRUE(AfxOleInit());  // Keeps the bus.
+    ASSERT_EQ(0, ChildProcess("juntora", {"-Regserver"}).wait());
+    const std::string name = BusNameOfClass(LIBRARY_STATUS_PROGRAM_ID);
+    for (int i = 0; i < 30; ++i) {
+        BusClient client(busAddress());
+        EXPECT_EQ(
+            "", client.call(LIBRARY_STATUS_PROGRAM_ID, "", name.c_str(), "LibraryListChanged", ""))
+            << i;
+    }
+}
+
+TEST_F(LibraryTest, TheBusOfASessionThatHasEndedIsNoBus) {
+    { BusDaemon(sandbox().runtimeFolder()).end(); }
+    ASSERT_TRUE(std::filesystem::exists(sandbox().runtimeFolder() + "/bus"));
+    // Signals that its starter ignores, a program ignores from its start.
+    ChildProcess hub("/usr/bin/env",
+                     {"--ignore-signal=CHLD", ProgramFolder() + "/juntora", "-Regserver"});
+    EXPECT_EQ(0, hub.wait());
+}
+
 TEST_F(LibraryTest, ADriverHoldsWhatItAskedForOrNothing) {
     startHub();
     TvxOleDispatchDriver driver;

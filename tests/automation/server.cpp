@@ -4,10 +4,12 @@
 #include <cstdlib>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "framework/COleDispatchDriver.h"
 #include "framework/COleObjectFactory.h"
 #include "platform/desktop/message.h"
+#include "platform/desktop/window.h"
 #include "platform/kernel/sync.h"
 #include "tests/automation/testClass.h"
 
@@ -28,6 +30,7 @@ public:
             DISP_FUNCTION<&Counter::References>("References"),
             DISP_FUNCTION<&Counter::Make>("Make"),
             DISP_FUNCTION<&Counter::Die>("Die"),
+            DISP_FUNCTION<&Counter::CallLater>("CallLater"),
         };
         static const AFX_DISPMAP dispatch(BusNameOfClass(PROGRAM_ID), entries);
         return &dispatch;
@@ -54,6 +57,24 @@ private:
     LONG References() { return static_cast<LONG>(ForeignReferences()); }
     IDispatch* Make() { return create()->GetIDispatch(false); }
     void Die() { _exit(1); }
+    /// Calls the object from the message loop, when this call has been answered.
+    void CallLater(IDispatch* object, LONG depth) {
+        object->AddRef();
+        s_later = {object, depth};
+        const WNDCLASSA windowClass{0, &handle, 0, 0, 0, "TestServer"};
+        RegisterClassA(&windowClass);
+        PostMessageA(CreateWindowExA(0, "TestServer", "", 0, 0, 0, 0, 0, 0, 0, 0), WM_APP, 0, 0);
+    }
+    static LRESULT handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+        if (message != WM_APP) {
+            return DefWindowProcA(window, message, wParam, lParam);
+        }
+        COleDispatchDriver other;
+        other.AttachDispatch(s_later.first);
+        other.InvokeHelper<LONG>(ON_CALL, s_later.second);
+        return 0;
+    }
+    static inline std::pair<IDispatch*, LONG> s_later;
 };
 
 const COleObjectFactory factory(CLASS_ID, PROGRAM_ID, &Counter::create, &Counter::map);

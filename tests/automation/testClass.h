@@ -24,6 +24,7 @@ enum Member : long {
     REFERENCES = 6,
     MAKE = 7,
     DIE = 8,
+    CALL_LATER = 9,
 };
 
 /// Of the object that is handed to CALL_BACK: takes and returns a number.

@@ -5,6 +5,7 @@
 #include "bridge/CLibraryStatus.h"
 #include "bridge/TvxOleDispatchDriver.h"
 #include "framework/COleObjectFactory.h"
+#include "platform/messages.h"
 #include "tools/juntoractl/CommandLine.h"
 #include "tools/juntoractl/ExitCode.h"
 #include "tools/juntoractl/Output.h"
@@ -34,6 +35,10 @@ std::string meaningOf(HRESULT result) {
             return "the hub does not answer";
         case RPC_E_DISCONNECTED:
             return "the hub, or the message bus, has ended";
+        case HRESULT_FROM_WIN32(ERROR_LOCK_FAILED):
+        case HRESULT_FROM_WIN32(ERROR_BADDB):
+        case HRESULT_FROM_WIN32(ERROR_NOT_REGISTRY_FILE):
+            return "the registry, which knows the hub's program, cannot be read";
         default: {
             char text[64];
             std::snprintf(text, sizeof text, "the call failed, error 0x%08X",

@@ -71,7 +71,9 @@ void say(const char* tool, const std::string& text) {
 }
 
 std::string leftCommandLine(const char* toolKey) {
-    return ReadRegistryText(HKEY_CURRENT_USER, std::string(COMMAND_LINES) + toolKey, "CmdLine");
+    std::string text;
+    ReadRegistryText(HKEY_CURRENT_USER, std::string(COMMAND_LINES) + toolKey, "CmdLine", &text);
+    return text;
 }
 
 SampleObject::SampleObject() {
