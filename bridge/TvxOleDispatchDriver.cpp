@@ -2,6 +2,9 @@
 
 namespace juntora {
 
+// Not in the header: libraries that the hub loads find them in the program.
+TvxOleDispatchDriver::TvxOleDispatchDriver() = default;
+
 TvxOleDispatchDriver::~TvxOleDispatchDriver() {
     if (m_lpDispatch != nullptr) {
         ReleaseDispatch();

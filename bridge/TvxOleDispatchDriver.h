@@ -9,7 +9,7 @@ namespace juntora {
 /// on to an interface, and questions for interfaces.
 class TvxOleDispatchDriver : public COleDispatchDriver {
 public:
-    TvxOleDispatchDriver() = default;
+    TvxOleDispatchDriver();
     virtual ~TvxOleDispatchDriver();
 
     /// Makes an object and holds its interface `iid`. 0 when there is no such object, with the

@@ -40,6 +40,7 @@ constexpr const char* QUERIES[] = {
     // Immediately: a read that turns into a write fails at once when another program has written
     // in between, however long it would be ready to wait.
     "BEGIN IMMEDIATE",
+    "BEGIN",
     "COMMIT",
     "ROLLBACK",
     "SELECT id FROM key WHERE parent = ?1 AND name = ?2",

@@ -17,6 +17,7 @@ namespace juntora::registry {
 /// The statements, in the order of their texts in Database.cpp.
 enum class Query {
     BEGIN,
+    BEGIN_READ,
     COMMIT,
     ROLLBACK,
     FIND_KEY,

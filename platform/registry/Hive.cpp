@@ -166,6 +166,20 @@ DWORD Hive::step(KeyId from, std::string_view name, KeyId* key) {
     return ERROR_SUCCESS;
 }
 
+/// One look at the file for several steps: they see the same state, and lock it once.
+class Hive::ReadScope {
+public:
+    explicit ReadScope(Database& database) : m_database(database) {
+        m_database.run(Query::BEGIN_READ).step();
+    }
+    ~ReadScope() { m_database.run(Query::COMMIT).step(); }
+    ReadScope(const ReadScope&) = delete;
+    ReadScope& operator=(const ReadScope&) = delete;
+
+private:
+    Database& m_database;
+};
+
 DWORD Hive::needKey(KeyId key) {
     const int result = m_database->run(Query::HAS_KEY).bind(1, key).step();
     return result == SQLITE_DONE ? ERROR_KEY_DELETED : errorOf(result);
@@ -175,9 +189,13 @@ DWORD Hive::find(KeyId from, std::span<const std::string> path, KeyId* last, std
     const std::lock_guard lock(m_mutex);
     *last = from;
     *depth = 0;
+    if (!path.empty()) {
+        closeIfStale();  // Somebody may have put another file in its place.
+    }
     if (const DWORD error = openFor(Intent::READ, from)) {
         return error == ERROR_FILE_NOT_FOUND && path.empty() ? ERROR_SUCCESS : error;
     }
+    const ReadScope whole(*m_database);
     DWORD error = path.empty() ? needKey(from) : ERROR_SUCCESS;
     while (error == ERROR_SUCCESS && *depth < path.size()) {
         error = step(*last, path[*depth], last);

@@ -67,6 +67,8 @@ public:
     void unlock() { m_mutex.unlock(); }
 
 private:
+    class ReadScope;
+
     DWORD open(Intent intent);
     DWORD openFile(Intent intent, Problem* problem);
     DWORD openFor(Intent intent, KeyId key);

@@ -12,6 +12,7 @@
 #include "bridge/CLibraryStatus.h"
 #include "bridge/TvxOleDispatchDriver.h"
 #include "framework/COleObjectFactory.h"
+#include "ipc/ipc.h"
 #include "platform/automation/registration.h"
 #include "platform/desktop/message.h"
 #include "platform/desktop/window.h"
@@ -241,6 +242,33 @@ TEST_F(LibraryTest, ABusThatIsStoppedHoldsUpNobody) {
     EXPECT_EQ(1, command(tool, "JUNTORA_ANY_APPS_RUNNING"));
     kill(daemon, SIGCONT);
     EXPECT_FALSE(client.create(LIBRARY_STATUS_PROGRAM_ID).empty());
+}
+
+TEST_F(LibraryTest, WhatTheCommandLineDoes) {
+    const auto registered = [] {
+        return control({"registry", "get",
+                        "HKCR\\" + std::string(LIBRARY_STATUS_PROGRAM_ID) + "\\CLSID"}) == 0;
+    };
+    const auto forget = [] {
+        return control({"registry", "delete", "HKCR\\" + std::string(LIBRARY_STATUS_PROGRAM_ID)});
+    };
+    releasePlanchet();
+    for (const std::string word : {"-Embedding", "/Embedding", "-Automation"}) {
+        startHub({word});
+        EXPECT_TRUE(registered()) << word;
+        EXPECT_EQ(0, forget());
+        for (const std::string second : {"", "-regserver"}) {
+            EXPECT_EQ(0, ChildProcess("juntora", {second}).wait());
+            EXPECT_FALSE(registered()) << "one that finds a hub changes nothing";
+        }
+        EXPECT_TRUE(hubGoesOn());
+        EXPECT_EQ(0U, ipcFindApp("Planchet")) << "started for an object, it starts no Planchet";
+        PostMessageA(mainDialog(), WM_SYSCOMMAND, SC_CLOSE, 0);
+        EXPECT_EQ(0, hubResult());
+    }
+    startHub({"-Unregserver", "-V", std::string(300, 'w'), '"' + std::string(260, 'q')});
+    EXPECT_TRUE(registered()) << "it is no switch, and nor is the rest";
+    EXPECT_TRUE(waitFor([] { return ipcFindApp("Planchet") != 0; }));
 }
 
 TEST_F(LibraryTest, WithoutABusThereIsNoHub) {

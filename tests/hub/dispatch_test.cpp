@@ -236,6 +236,7 @@ public:
         m_pHub->addToolRow("Voltara", window);
         return windowsCanBeMade;
     }
+    bool isCalling() const override { return false; }
     bool firstLook(int opcode, IpcMessage* record, int* result) override {
         *result = 5;
         return opcode == IPC_FIND_APP || record->target == window;
