@@ -45,10 +45,9 @@
 #pragma once
 
 #include <cstdint>
-
-#include "platform/messages.h"
 #include <string>
 
+#include "platform/messages.h"
 #include "platform/types.h"
 
 namespace juntora {

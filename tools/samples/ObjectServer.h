@@ -26,7 +26,8 @@ public:
 
 /// The main function of such a tool: registers the program's classes and serves them. With
 /// "-Regserver" that is all; with "-Embedding" the program ends 2 s after its last object has
-/// gone, in which another may be made, or when none has been made for a minute. Returns the exit code.
+/// gone, in which another may be made, or when none has been made for a minute. Returns the exit
+/// code.
 int runObjectServer(int argc, char** argv, const char* tool);
 
 /// What a file says that a tool is to do of itself: words and numbers line by line, each carried
