@@ -42,6 +42,8 @@ constexpr char PEER_INTERFACE[] = "org.freedesktop.DBus.Peer";
 
 /// A call that waits for its answer, or one whose caller has given up.
 struct Bus::Pending {
+    explicit Pending(Bus& owner) : bus(owner) {}
+
     Bus& bus;
     bool isAnswered = false;
     bool isGivenUp = false;
@@ -233,7 +235,7 @@ Message Bus::call(const Message& message, DWORD milliseconds, HRESULT* error) {
         sd_bus_slot_set_destroy_callback(
             slot, [](void* data) { std::unique_ptr<Pending>(static_cast<Pending*>(data)); });
         sd_bus_slot_set_floating(slot, 1);
-        pending.release();
+        [[maybe_unused]] const Pending* ofSlot = pending.release();
     }
     sd_bus_slot_unref(slot);
     if (!isDone) {

@@ -7,7 +7,9 @@
 namespace juntora::automation {
 
 struct NameWatch::State {
-    Told told;
+    explicit State(Told word) : told(std::move(word)) {}
+
+    const Told told;
 };
 
 NameWatch::NameWatch(Bus& bus, const std::string& name, Told told)

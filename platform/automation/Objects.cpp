@@ -127,8 +127,7 @@ bool Objects::watch(Holder& holder, const std::string& key) {
     }
     holder.watch = std::make_unique<NameWatch>(m_bus, name, [this, key](bool isThere) {
         if (!isThere) {
-            const std::string gone = key;  // The watch goes with its holder.
-            releaseAllOf(gone);
+            releaseAllOf(key);  // The key outlives its holder: what is being told stays until then.
         }
     });
     return true;

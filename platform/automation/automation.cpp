@@ -109,12 +109,14 @@ bool StartAutomation(std::string* why) {
 }
 
 struct ObjectWatch::State {
+    explicit State(std::function<void()> tell) : gone(std::move(tell)) {}
+
     std::function<void()> gone;
     std::unique_ptr<automation::NameWatch> watch;
 };
 
 ObjectWatch::ObjectWatch(const IDispatch* object, std::function<void()> gone)
-    : m_state(std::make_unique<State>(std::move(gone), nullptr)) {
+    : m_state(std::make_unique<State>(std::move(gone))) {
     using namespace automation;
     if (const auto* remote = dynamic_cast<const RemoteObject*>(object)) {
         m_state->watch = std::make_unique<NameWatch>(
