@@ -10,7 +10,7 @@ std::string hostEnvironment(const char* name) {
 }
 
 std::string userFolder(const char* variable, const char* below) {
-    const std::string folder = hostEnvironment(variable);
+    std::string folder = hostEnvironment(variable);
     if (folder.starts_with('/')) {
         return folder;
     }
