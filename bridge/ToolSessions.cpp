@@ -126,6 +126,8 @@ void CComLink::endVoltaraSession() {
     }
     removeRows(m_pcwndDummyVoltara);
     removeRows(m_pcwndDummyScopel);
+    m_hVoltaraClient =
+        0;  // Before the calls below: a launch that comes while they wait sets it anew.
     m_pVoltaraUser.reset();
     if (m_pSimObj) {
         guarded([this] { m_pSimObj->setNotify(nullptr, 0, nullptr); });
@@ -139,7 +141,6 @@ void CComLink::endVoltaraSession() {
         }
         m_pIpcLink.reset();
     }
-    m_hVoltaraClient = 0;
 }
 
 // --- Tunara --------------------------------------------------------------------------------------

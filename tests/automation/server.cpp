@@ -63,7 +63,7 @@ private:
         s_later = {object, depth};
         const WNDCLASSA windowClass{0, &handle, 0, 0, 0, "TestServer"};
         RegisterClassA(&windowClass);
-        PostMessageA(CreateWindowExA(0, "TestServer", "", 0, 0, 0, 0, 0, 0, 0, 0), WM_APP, 0, 0);
+        PostMessageA(CreateWindowExA(0, "TestServer", "", 0, 0, 0, 0, 0, 0, 0), WM_APP, 0, 0);
     }
     static LRESULT handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         if (message != WM_APP) {

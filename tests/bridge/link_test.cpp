@@ -31,9 +31,11 @@ protected:
         EXPECT_TRUE(TestLink::change(7));
         std::vector<Arrived> all;
         const Arrived end{COMMAND, m_scopel, "OKtoAddTraces \"end\""};
-        for (Arrived record = next(); record != end && record.opcode != 0; record = next()) {
+        Arrived record = next();
+        for (; record != end && record.opcode != 0; record = next()) {
             all.push_back(record);
         }
+        EXPECT_EQ(end, record) << "the last one has not come";
         return all;
     }
 

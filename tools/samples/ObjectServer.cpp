@@ -33,7 +33,7 @@ HWND g_watch = 0;
 HWND makeWindow(const char* name, WNDPROC procedure) {
     const WNDCLASSA windowClass{0, procedure, 0, 0, 0, name};
     RegisterClassA(&windowClass);
-    return CreateWindowExA(0, name, "", 0, 0, 0, 0, 0, 0, 0, 0);
+    return CreateWindowExA(0, name, "", 0, 0, 0, 0, 0, 0, 0);
 }
 
 /// The program has been without objects for long enough, unless there is one again.
