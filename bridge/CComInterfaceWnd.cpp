@@ -54,6 +54,7 @@ void CComInterfaceWnd::onClose() {
     if (m_pComLink == nullptr) {
         Default();
     } else if (CComInterfaceWnd* window = m_pComLink->firstWindow()) {
+        m_pComLink->closeLater(m_hWnd);
         window->postCode(BRIDGE_CLOSED, m_hWnd);
     }
 }
@@ -62,10 +63,9 @@ LRESULT CComInterfaceWnd::onBridgeMessage(WPARAM wParam, LPARAM lParam) {
     if (m_pComLink == nullptr) {
         return 0;
     }
-    const auto text = m_texts.take(lParam);
-    const auto change = m_changes.take(lParam);
     // Behind this the window may be gone, and this object with it.
-    m_pComLink->perform(static_cast<int>(wParam), {lParam, text.get(), change.get()});
+    m_pComLink->perform(
+        {static_cast<int>(wParam), lParam, m_texts.take(lParam), m_changes.take(lParam)});
     return 0;
 }
 

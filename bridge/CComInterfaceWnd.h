@@ -22,9 +22,13 @@ enum BridgeCode : int {
     BRIDGE_START_WAVEND = 8,
     BRIDGE_MODELAR = 9,  ///< Text.
     BRIDGE_WAVEND = 10,  ///< Text.
-    BRIDGE_END = 11,     ///< The address of the window whose session is to end.
+    BRIDGE_END = 11,     ///< The address of the window whose session is to end; see below.
     BRIDGE_CLOSED = 12,  ///< The handle of the window that is to go.
 };
+
+/// Beside the address with BRIDGE_END: the session ends only if nobody who is signed on has asked
+/// for it. (Addresses of windows are even.)
+inline constexpr LPARAM ENDS_WITH_CLIENT = 1;
 
 /// One change that the simulator has reported. What it could not tell is empty.
 struct ChangeRecord {

@@ -1,6 +1,9 @@
 // The bridge's life: its stand-by windows, and what is posted to them.
 #include "bridge/CComLink.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "bridge/CAppReg.h"
 #include "common/ScopedCount.h"
 #include "hub/ipcDes.h"
@@ -104,9 +107,23 @@ void CComLink::removeRows(const Window& window) {
     }
 }
 
-void CComLink::perform(int code, const BridgeValue& value) {
+void CComLink::perform(BridgeCall call) {
+    m_waiting.push_back(std::move(call));
+    if (m_isCarryingOut) {
+        return;
+    }
     const ScopedCount calling(m_nCalls);
-    switch (code) {
+    m_isCarryingOut = true;
+    while (!m_waiting.empty()) {
+        const BridgeCall next = std::move(m_waiting.front());
+        m_waiting.pop_front();
+        carryOut(next);
+    }
+    m_isCarryingOut = false;
+}
+
+void CComLink::carryOut(const BridgeCall& call) {
+    switch (call.code) {
         case BRIDGE_START_VOLTARA:
             return startVoltaraSession();
         case BRIDGE_START_TUNARA:
@@ -116,20 +133,31 @@ void CComLink::perform(int code, const BridgeValue& value) {
         case BRIDGE_START_WAVEND:
             return startWavendSession();
         case BRIDGE_END:
-            return endSessionOf(value.number);
+            return endSessionOf(call.number);
         case BRIDGE_CLOSED:
-            return onWindowClosed(static_cast<HWND>(value.number));
+            closeLater(static_cast<HWND>(call.number));
+            // With the first window that goes, the codes for the others that were posted to it do.
+            for (const HWND window : std::exchange(m_closing, {})) {
+                onWindowClosed(window);
+            }
+            return;
         default:
             break;
     }
-    if (code == BRIDGE_CHANGE && value.change != nullptr) {
-        onChange(*value.change);
-    } else if (value.text != nullptr) {
-        performText(code, *value.text);
+    if (call.code == BRIDGE_CHANGE && call.change) {
+        onChange(*call.change);
+    } else if (call.text) {
+        carryOutText(call.code, *call.text);
     }
 }
 
-void CComLink::performText(int code, const std::string& text) {
+void CComLink::closeLater(HWND window) {
+    if (std::ranges::find(m_closing, window) == m_closing.end()) {
+        m_closing.push_back(window);
+    }
+}
+
+void CComLink::carryOutText(int code, const std::string& text) {
     switch (code) {
         case BRIDGE_OPEN_PROFILE:
             return openProfile(text);
@@ -147,19 +175,26 @@ void CComLink::performText(int code, const std::string& text) {
 }
 
 /// By the address of the window, which is never looked behind: it may be anybody's invention.
-void CComLink::endSessionOf(LPARAM window) {
-    const auto isOf = [window](const Window& own) {
-        return own && reinterpret_cast<LPARAM>(own.get()) == window;
+void CComLink::endSessionOf(LPARAM value) {
+    const LPARAM window = value & ~ENDS_WITH_CLIENT;
+    const auto isDue = [&](const Window& own, HWND client) {
+        return own && reinterpret_cast<LPARAM>(own.get()) == window &&
+               (window == value || hasClientLeft(client));
     };
-    if (isOf(m_pcwndDummyVoltara)) {
+    if (isDue(m_pcwndDummyVoltara, m_hVoltaraClient)) {
         endVoltaraSession();
-    } else if (isOf(m_pcwndDummyTunara)) {
+    } else if (isDue(m_pcwndDummyTunara, m_hTunaraClient)) {
         endTunaraSession();
-    } else if (isOf(m_pcwndDummyModelar)) {
+    } else if (isDue(m_pcwndDummyModelar, m_hModelarClient)) {
         endModelarSession();
-    } else if (isOf(m_pcwndDummyWavend)) {
+    } else if (isDue(m_pcwndDummyWavend, m_hWavendClient)) {
         endWavendSession();
     }
+}
+
+/// A session that another tool has asked for meanwhile goes on for that one.
+bool CComLink::hasClientLeft(HWND client) const {
+    return m_pHub == nullptr || !m_pHub->hasTool(client);
 }
 
 void CComLink::onWindowClosed(HWND window) {

@@ -6,8 +6,10 @@
 // request is posted to a stand-by window as a code, and the call is made from the message loop.
 #pragma once
 
+#include <deque>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "bridge/CComInterfaceWnd.h"
 #include "bridge/IVoltaraIpcLink.h"
@@ -19,11 +21,12 @@ namespace juntora {
 
 class ipcDes;
 
-/// What a code of the private message brought.
-struct BridgeValue {
+/// A code of the private message, and what it brought.
+struct BridgeCall {
+    int code;
     LPARAM number;
-    const std::string* text;     ///< Null unless the code has one.
-    const ChangeRecord* change;  ///< As text.
+    std::unique_ptr<std::string> text;     ///< Null unless the code has one.
+    std::unique_ptr<ChangeRecord> change;  ///< As text.
 };
 
 struct Session {
@@ -46,6 +49,7 @@ public:
     HWND toolForLockedFile(const PathName& file, std::uint32_t access) override;
     HWND toolForMonitoredFile(HWND window, const PathName& file, std::uint32_t* flags) override;
     bool isCalling() const override { return m_nCalls > 0; }
+    void clientGone(HWND window) override;
 
     // The rows of the tools: their windows, 0 where there is none.
     HWND voltaraWindow() const;
@@ -68,8 +72,12 @@ public:
     // For the stand-by windows.
     /// The first that there is of the simulator's, Tunara's, Modelar's and Wavend's.
     CComInterfaceWnd* firstWindow() const;
-    /// Carries out a code. The window that it came to may be gone behind it.
-    void perform(int code, const BridgeValue& value);
+    /// Carries out a code. The window that it came to may be gone behind it. One that comes while
+    /// another is being carried out (that may show a box, or wait in an object that looks for
+    /// messages) waits until that is done.
+    void perform(BridgeCall call);
+    /// Ends the window's session, and the window, from the message loop.
+    void closeLater(HWND window);
     Session sessionOf(const CComInterfaceWnd& window) const;
 
 protected:
@@ -82,7 +90,9 @@ private:
 
     HWND rowWindow(const char* name) const;
     bool takeRecord(int opcode, const IpcMessage* record, int* result);
-    void performText(int code, const std::string& text);
+    void carryOut(const BridgeCall& call);
+    void carryOutText(int code, const std::string& text);
+    bool hasClientLeft(HWND client) const;
     int createWindow(Window* window, const char* caption, int id);
     static void destroyWindow(Window* window);
     void endSessionOf(LPARAM window);
@@ -120,7 +130,6 @@ private:
     int onScopelRequest(int opcode, const IpcMessage* record);
     void openProfile(const std::string& path);
     void forwardToScopel(const std::string& text);
-    void onClientGone(HWND window);
 
     ipcDes* m_pHub;                    ///< Not owned.
     IDispatch* m_pLinkSink = nullptr;  ///< This object's own; null while not subscribed.
@@ -144,7 +153,10 @@ private:
     std::unique_ptr<wSketchelModelarInterface> m_pModelar;  ///< During one call.
     std::unique_ptr<wSketchelWavendInterface> m_pWavend;    ///< During one call.
     int m_bStatusSent = 0;  ///< A status has gone out since the simulator's last change 4.
-    int m_nCalls = 0;       ///< Codes and callbacks that are being carried out.
+    std::deque<BridgeCall> m_waiting;  ///< For the one that is being carried out.
+    bool m_isCarryingOut = false;
+    std::vector<HWND> m_closing;  ///< Windows that are to go.
+    int m_nCalls = 0;             ///< Codes and callbacks that are being carried out.
 };
 
 }  // namespace juntora

@@ -19,9 +19,11 @@ std::string takeText(const IpcMessage& record) {
         return RecordText(record).c_str();
     }
     IpcMessage* whole = newExpandedCopy(&record);
+    if (whole == nullptr) {
+        return "";
+    }
     // The text is longer than the field that it starts in.
-    const char* start = reinterpret_cast<const char*>(whole) + offsetof(IpcMessage, text);
-    std::string text = whole != nullptr ? start : "";
+    std::string text = reinterpret_cast<const char*>(whole) + offsetof(IpcMessage, text);
     deleteExpandedCopy(whole);
     return text;
 }

@@ -190,8 +190,9 @@ int CComLink::onScopelRequest(int opcode, const IpcMessage* record) {
     if (!m_pVoltaraUser || !m_pcwndDummyVoltara) {
         return 0;
     }
+    const std::string text = takeText(*record);  // In any case: it is answered as taken.
     if (opcode == IPC_COMMAND && m_pIpcLink) {
-        m_pcwndDummyVoltara->postText(BRIDGE_SCOPEL, takeText(*record));
+        m_pcwndDummyVoltara->postText(BRIDGE_SCOPEL, text);
     }
     return 1;
 }
@@ -206,10 +207,10 @@ void CComLink::forwardToScopel(const std::string& text) {
     guarded([&] { m_pIpcLink->scopelCommand(text.c_str()); });
 }
 
-void CComLink::onClientGone(HWND window) {
+void CComLink::clientGone(HWND window) {
     const auto endFor = [window](HWND client, const Window& own) {
         if (client != 0 && client == window && own) {
-            own->postCode(BRIDGE_END, reinterpret_cast<LPARAM>(own.get()));
+            own->postCode(BRIDGE_END, reinterpret_cast<LPARAM>(own.get()) | ENDS_WITH_CLIENT);
         }
     };
     endFor(m_hVoltaraClient, m_pcwndDummyVoltara);

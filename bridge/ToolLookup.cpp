@@ -64,7 +64,7 @@ bool CComLink::firstLook(int opcode, IpcMessage* record, int* result) {
     }
     switch (opcode) {
         case IPC_SIGN_OFF:
-            onClientGone(record->sender);
+            clientGone(record->sender);
             return false;
         case IPC_FIND_APP:
             return toolByName(record, result);

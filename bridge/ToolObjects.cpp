@@ -35,8 +35,8 @@ HMODULE loadLibrary() {
         return nullptr;
     }
     const char* why = nullptr;
-    const HMODULE library = LoadLibraryA(path.c_str(), &why);
-    if (library == nullptr) {
+    const HMODULE loaded = LoadLibraryA(path.c_str(), &why);
+    if (loaded == nullptr) {
         kernel::WriteToErrors(PrintableText("juntora: the library of tool objects, " + path +
                                             ", cannot be loaded: " + why +
                                             ". The tools are reached as automation servers; mend "
@@ -44,15 +44,19 @@ HMODULE loadLibrary() {
                                             PATH_VALUE + "\", and start the hub again.") +
                               "\n");
     }
-    return library;
+    return loaded;
+}
+
+HMODULE library() {
+    static const HMODULE once = loadLibrary();
+    return once;
 }
 
 /// What the library's function of that name makes, or the stand-in where it has no such function.
 template <class Object>
 std::unique_ptr<Object> create(const char* factory, std::unique_ptr<Object> (*standIn)()) {
-    static const HMODULE library = loadLibrary();
     using Factory = Object* (*)();
-    void* const address = library != nullptr ? GetProcAddress(library, factory) : nullptr;
+    void* const address = library() != nullptr ? GetProcAddress(library(), factory) : nullptr;
     if (address == nullptr) {
         return standIn();
     }

@@ -126,8 +126,8 @@ void CComLink::endVoltaraSession() {
     }
     removeRows(m_pcwndDummyVoltara);
     removeRows(m_pcwndDummyScopel);
-    m_hVoltaraClient =
-        0;  // Before the calls below: a launch that comes while they wait sets it anew.
+    // Before the calls below: a launch that comes while they wait sets it anew.
+    m_hVoltaraClient = 0;
     m_pVoltaraUser.reset();
     if (m_pSimObj) {
         guarded([this] { m_pSimObj->setNotify(nullptr, 0, nullptr); });

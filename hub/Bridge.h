@@ -17,7 +17,7 @@ class Bridge {
 public:
     virtual ~Bridge() = default;
 
-    /// Makes the bridge's stand-by windows and enters them in the hub's table. 0 on failure.
+    /// Makes the bridge's stand-by windows. 0 on failure.
     virtual int createAllWindows() = 0;
 
     /// Sees every record before the hub does, forwarded ones included, and returns true when it has
@@ -28,6 +28,9 @@ public:
     /// Whether a call of a tool's object is being waited for, with the bridge on the stack: neither
     /// bridge nor hub may end then.
     virtual bool isCalling() const = 0;
+
+    /// A tool signs off, or has died.
+    virtual void clientGone(HWND window) = 0;
 
     /// The window of a tool that holds a file in a way that stands against `access` (1 read, 2
     /// write, 3 both) without having told the hub; 0 if there is none.

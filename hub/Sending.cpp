@@ -1,5 +1,7 @@
 // Records that the hub itself sends. Each goes by the hub's own window, as a tool's would, so that
 // the bridge sees it.
+#include <string>
+
 #include "hub/SelfId.h"
 #include "hub/ipcDes.h"
 
@@ -7,7 +9,8 @@ namespace juntora {
 
 int ipcDes::sendStatusAs(HWND from, HWND to, const char* text, int code) {
     const ScopedSelfId self(from);
-    return ipcStatus(to, text, code);
+    // As ipcStatus does it, for texts of any length.
+    return ipcPost(IPC_STATUS, (std::string(text) + " " + std::to_string(code)).c_str(), to);
 }
 
 int ipcDes::sendRequestAs(HWND from, int opcode, const char* text, HWND to) {

@@ -44,6 +44,13 @@ public:
     /// The window of a tool: of this very one for a name with a semicolon, else of the newest
     /// instance of the name. 0 if there is none.
     HWND findToolWindow(const char* name) const;
+    bool hasTool(HWND window) const { return m_pTable->rowOfWindow(window) != nullptr; }
+    /// To be told of a tool that has died before its rows go.
+    void toolHasDied(HWND window) {
+        if (m_pBridge) {
+            m_pBridge->clientGone(window);
+        }
+    }
     /// Enters a tool as a sign-on does, without a test of the version and without a reply. For the
     /// windows of the bridge.
     void addToolRow(const char* baseName, HWND window);

@@ -78,6 +78,7 @@ void CAppMonDlg::ReapDeadWindows() {
             row = AppTable::next(&cursor);
             continue;
         }
+        m_pIpc->toolHasDied(row->window);
         m_pIpc->removeActivityLine(row->window, &row->file);
         m_pIpc->notifyWatchers(row, 0);
         m_pAppTable->removeRow(&cursor);

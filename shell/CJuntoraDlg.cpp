@@ -159,6 +159,10 @@ void CJuntoraDlg::OnClose() {
         COleObjectFactory::RegisterAll();
         return;
     }
+    if (m_pIpcWnd) {
+        m_pIpcWnd->SetIpc(
+            nullptr);  // Sessions that end may wait, and nobody is to sign on by then.
+    }
     if (m_pMonitor) {
         m_pMonitor->DestroyWindow();
         m_pMonitor.reset();

@@ -234,15 +234,51 @@ TEST_F(SessionTest, ClosingAStandByWindowEndsItsSession) {
     EXPECT_EQ(0, hubResult());
 }
 
+TEST_F(SessionTest, ASessionGoesOnForWhoAskedLast) {
+    startHubWithLibrary();
+    const std::pair<std::string, std::string> tools[] = {
+        {"voltara", "Voltara"}, {"tunara", "Tunara"}, {"modelar", "Dorvane"}, {"wavend", "Wavend"}};
+    for (const auto& [program, row] : tools) {
+        const std::string text = "1 \"C:\\x\" \"" + program + "\"";
+        const HWND first = attach("Draftel");
+        const HWND second = attach("Draftel");
+        launch(first, text);
+        signOff(first);
+        launch(second, text);
+        EXPECT_TRUE(hubGoesOn());
+        ASSERT_TRUE(finds(row));
+        EXPECT_TRUE(hubGoesOn());
+        EXPECT_NE(0U, find(row)) << "the second one wants it";
+        DestroyWindow(second);
+        tick();
+        EXPECT_TRUE(loses(row)) << "nobody who lives wants it";
+    }
+    tick();
+    EXPECT_EQ(0, hubResult());
+}
+
+TEST_F(SessionTest, AllThatAreClosedAtOnceGo) {
+    startHubWithLibrary();
+    const HWND client = attach("Draftel");
+    for (const std::string tool : {"tunara", "modelar", "wavend", "voltara"}) {
+        launch(client, "1 \"C:\\x\" \"" + tool + "\"");
+    }
+    ASSERT_TRUE(finds("Tunara") && finds("Dorvane") && finds("Wavend") && finds("Scopel"));
+    EXPECT_EQ(0, command(client, "JUNTORA_CLOSE_ALL_APPS"));
+    for (const std::string row : {"Voltara", "Scopel", "Tunara", "Dorvane", "Wavend"}) {
+        EXPECT_TRUE(loses(row)) << row;
+    }
+    signOff(client);
+    tick();
+    EXPECT_EQ(0, hubResult());
+}
+
 TEST_F(SessionTest, TheHubEndsWithAllItsSessions) {
     startHubWithLibrary();
     const HWND client = attach("Draftel");
     launch(client, R"(1 "C:\x" "voltara" x)");
     launch(client, R"(1 "C:\x" "tunara")");
     ASSERT_TRUE(finds("Tunara"));
-    DestroyWindow(client);
-    tick();
-    EXPECT_TRUE(hubGoesOn()) << "it has gone without a word, and the tools have not";
     // Another program takes the rows away; the sessions run on.
     for (const char* tool : {"Voltara", "Scopel", "Tunara"}) {
         ipcSelfId = find(tool);
@@ -250,6 +286,7 @@ TEST_F(SessionTest, TheHubEndsWithAllItsSessions) {
         int capacity = sizeof reply;
         ipcSend(IPC_SIGN_OFF, "", 0, reply, &capacity);
     }
+    signOff(client);
     tick();
     EXPECT_EQ(0, hubResult());
     const std::string said = m_hub->readAll();

@@ -237,6 +237,7 @@ public:
         return windowsCanBeMade;
     }
     bool isCalling() const override { return false; }
+    void clientGone(HWND) override {}
     bool firstLook(int opcode, IpcMessage* record, int* result) override {
         *result = 5;
         return opcode == IPC_FIND_APP || record->target == window;
