@@ -58,8 +58,8 @@ protected:
             ADD_FAILURE() << complaint;
         }
         EXPECT_GT(tally.deaths, 0u);
-        // The victims are to die in the operation. Another way through it is no fault: who spins and
-        // who sleeps is a matter of time, and on a busy machine half of them take one.
+        // The victims are to die in the operation. Another way through it is no fault: who spins
+        // and who sleeps is a matter of time, and on a busy machine half of them take one.
         EXPECT_LE(tally.missed * 4, tally.deaths * 3)
             << "too many missed the place of their death, such as " << tally.lastMissed;
     }
