@@ -45,9 +45,7 @@ void CAppReg::clearCmdLine(const char* toolKey) { setCmdLine(toolKey, nullptr); 
 
 std::string CAppReg::getCmdLine(const char* toolKey) {
     std::string text;
-    ReadRegistryText(HKEY_CURRENT_USER,
-                     std::string("software\\Tarvex\\Voltara Juntora\\16.6.0\\") + toolKey, VALUE,
-                     &text);
+    ReadRegistryText(HKEY_CURRENT_USER, std::string(SUITE_KEY) + "\\" + toolKey, VALUE, &text);
     return text;
 }
 

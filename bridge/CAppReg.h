@@ -8,7 +8,10 @@
 
 namespace juntora {
 
-// What the tools' keys are called.
+/// The suite's own key below HKEY_CURRENT_USER, and below HKEY_LOCAL_MACHINE.
+inline constexpr char SUITE_KEY[] = "Software\\Tarvex\\Voltara Juntora\\16.6.0";
+
+// What the tools' keys in it are called.
 inline constexpr char VOLTARA_KEY[] = "Voltara";
 inline constexpr char MODELAR_KEY[] = "Modelar Editor";
 inline constexpr char WAVEND_KEY[] = "Wavend Editor";

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "bridge/CAppReg.h"
 #include "bridge/StandIns.h"
 #include "platform/kernel/errorOutput.h"
 #include "platform/kernel/modules.h"
@@ -14,7 +15,6 @@ namespace juntora {
 namespace {
 
 constexpr char PATH_VARIABLE[] = "JUNTORA_TOOL_OBJECTS";
-constexpr char PATH_KEY[] = "Software\\Tarvex\\Voltara Juntora\\16.6.0";
 constexpr char PATH_VALUE[] = "ToolObjects";
 
 std::string libraryPath() {
@@ -22,8 +22,8 @@ std::string libraryPath() {
         return path;
     }
     std::string path;
-    if (ReadRegistryText(HKEY_CURRENT_USER, PATH_KEY, PATH_VALUE, &path) != ERROR_SUCCESS) {
-        ReadRegistryText(HKEY_LOCAL_MACHINE, PATH_KEY, PATH_VALUE, &path);
+    if (ReadRegistryText(HKEY_CURRENT_USER, SUITE_KEY, PATH_VALUE, &path) != ERROR_SUCCESS) {
+        ReadRegistryText(HKEY_LOCAL_MACHINE, SUITE_KEY, PATH_VALUE, &path);
     }
     return path;
 }

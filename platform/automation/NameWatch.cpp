@@ -44,6 +44,7 @@ void NameWatch::tell(bool hasOwner) const {
     });
 }
 
+/// Without one of our own the library would close the connection over a match that is refused.
 int NameWatch::onAdded(sd_bus_message*, void*, sd_bus_error*) { return 1; }
 
 /// An error is no word of anybody: whoever is there stays so until the bus says that they have

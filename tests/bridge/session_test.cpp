@@ -14,6 +14,9 @@ using Lines = std::vector<std::string>;
 class SessionTest : public BridgeFixture {
 protected:
     static std::string commandLine(const char* tool) { return CAppReg().getCmdLine(tool); }
+    static int launchTool(HWND client, const std::string& program) {
+        return launch(client, "1 \"C:\\x\" \"" + program + '"');
+    }
     static HWND standBy(const std::string& tool) {
         return FindWindowA(nullptr, ("m_pcwndDummy" + tool).c_str());
     }
@@ -54,7 +57,7 @@ TEST_F(SessionTest, TheSimulatorFromItsLaunchToItsEnd) {
     EXPECT_EQ(0U, find("Scopel"));
     EXPECT_TRUE(IsWindow(voltara)) << "and it can be launched again";
     const HWND next = attach("Draftel");
-    EXPECT_EQ(0, launch(next, R"(1 "C:\x" "scopel")"));
+    EXPECT_EQ(0, launchTool(next, "scopel"));
     EXPECT_TRUE(finds("Voltara"));
 }
 
@@ -91,7 +94,7 @@ TEST_F(SessionTest, WhatALaunchMustLookLike) {
             EXPECT_EQ((Lines{"modelar.start", "modelar.end"}), calls(2)) << row.text;
         }
     }
-    EXPECT_EQ(0, launch(client, R"(1 "C:\x" "wavend")"));
+    EXPECT_EQ(0, launchTool(client, "wavend"));
     EXPECT_EQ((Lines{"wavend.start", "wavend.end"}), calls(2)) << "and none but these was taken";
 }
 
@@ -102,7 +105,7 @@ TEST_F(SessionTest, TheEditors) {
     ASSERT_TRUE(finds("Dorvane"));
     const HWND modelar = find("Dorvane");
     EXPECT_EQ(" one.lib ", commandLine("Modelar Editor"));
-    launch(client, R"(1 "C:\x" "dorvane")");
+    launchTool(client, "dorvane");
     EXPECT_TRUE(finds("Dorvane;1")) << "one more row";
     EXPECT_EQ(modelar, find("Dorvane;1"));
     calls(4);
@@ -126,7 +129,7 @@ TEST_F(SessionTest, TheEditors) {
     }
     EXPECT_EQ(0, tell(client, modelar, "x", IPC_STATUS));
 
-    launch(client, R"(1 "C:\x" "wavend")");
+    launchTool(client, "wavend");
     ASSERT_TRUE(finds("Wavend"));
     EXPECT_NE(0, tell(client, find("Wavend"), "any text\nat all"));
     EXPECT_EQ(
@@ -140,7 +143,7 @@ TEST_F(SessionTest, TheEditors) {
 TEST_F(SessionTest, Tunara) {
     startHubWithLibrary();
     const HWND client = attachKeeper("Draftel");
-    launch(client, R"(1 "C:\x" "tunara")");
+    launchTool(client, "tunara");
     ASSERT_TRUE(finds("Tunara"));
     const HWND tunara = find("Tunara");
     const auto opens = [](const std::string& file) {
@@ -155,7 +158,7 @@ TEST_F(SessionTest, Tunara) {
     EXPECT_EQ((Arrived{30, tunara, "OPTPARAM \"C:\\a b\\x-1\""}), next());
     EXPECT_EQ(1, tell(client, tunara, "File Open\nx-3")) << "a code that means nothing";
     EXPECT_EQ(opens("x-3"), calls(3));
-    launch(client, R"(1 "C:\x" "tunara")");
+    launchTool(client, "tunara");
     EXPECT_EQ(opens(""), calls(3)) << "it stays, without its file";
     EXPECT_EQ(1, tell(client, tunara, "File Open\nx-2"));
     EXPECT_EQ(opens("x-2"), calls(3));
@@ -167,7 +170,7 @@ TEST_F(SessionTest, Tunara) {
 TEST_F(SessionTest, WithoutALinkTheRunItselfReports) {
     startHubWithLibrary();
     const HWND client = attachKeeper("Draftel");
-    launch(client, R"(1 "C:\x" "voltara")");
+    launchTool(client, "voltara");
     ASSERT_TRUE(finds("Scopel"));
     const HWND voltara = find("Voltara");
     for (const auto& [flags, code] : {std::pair{1, 0}, {2, 2}, {3, 0}}) {
@@ -189,7 +192,7 @@ TEST_F(SessionTest, ObjectsThatAreRefusedLeaveTheToolsAway) {
         startHubWithLibrary(fault);
         const HWND client = attach("Draftel");
         for (const std::string tool : {"voltara", "modelar", "wavend"}) {
-            EXPECT_EQ(0, launch(client, "1 \"C:\\x\" \"" + tool + "\"")) << "it has been taken";
+            EXPECT_EQ(0, launchTool(client, tool)) << "it has been taken";
         }
         EXPECT_TRUE(hubGoesOn());
         for (const std::string tool : {"Voltara", "Scopel", "Dorvane", "Wavend"}) {
@@ -206,7 +209,7 @@ TEST_F(SessionTest, ClosingAStandByWindowEndsItsSession) {
     const HWND client = attach("Draftel");
     const auto launchAll = [&] {
         for (const std::string tool : {"voltara", "tunara", "modelar", "wavend"}) {
-            launch(client, "1 \"C:\\x\" \"" + tool + "\"");
+            launchTool(client, tool);
         }
         return finds("Scopel") && finds("Tunara") && finds("Dorvane") && finds("Wavend");
     };
@@ -226,7 +229,7 @@ TEST_F(SessionTest, ClosingAStandByWindowEndsItsSession) {
         return standBy("Tunara") == 0 && standBy("Modelar") == 0 && standBy("Wavend") == 0;
     }));
     EXPECT_TRUE(hubGoesOn());
-    EXPECT_EQ(0, launch(client, R"(1 "C:\x" "modelar")"));
+    EXPECT_EQ(0, launchTool(client, "modelar"));
     EXPECT_TRUE(finds("Dorvane")) << "the editors' windows are made again";
     signOff(client);
     EXPECT_TRUE(loses("Dorvane"));
@@ -239,12 +242,11 @@ TEST_F(SessionTest, ASessionGoesOnForWhoAskedLast) {
     const std::pair<std::string, std::string> tools[] = {
         {"voltara", "Voltara"}, {"tunara", "Tunara"}, {"modelar", "Dorvane"}, {"wavend", "Wavend"}};
     for (const auto& [program, row] : tools) {
-        const std::string text = "1 \"C:\\x\" \"" + program + "\"";
         const HWND first = attach("Draftel");
         const HWND second = attach("Draftel");
-        launch(first, text);
+        launchTool(first, program);
         signOff(first);
-        launch(second, text);
+        launchTool(second, program);
         EXPECT_TRUE(hubGoesOn());
         ASSERT_TRUE(finds(row));
         EXPECT_TRUE(hubGoesOn());
@@ -261,7 +263,7 @@ TEST_F(SessionTest, AllThatAreClosedAtOnceGo) {
     startHubWithLibrary();
     const HWND client = attach("Draftel");
     for (const std::string tool : {"tunara", "modelar", "wavend", "voltara"}) {
-        launch(client, "1 \"C:\\x\" \"" + tool + "\"");
+        launchTool(client, tool);
     }
     ASSERT_TRUE(finds("Tunara") && finds("Dorvane") && finds("Wavend") && finds("Scopel"));
     EXPECT_EQ(0, command(client, "JUNTORA_CLOSE_ALL_APPS"));
@@ -277,7 +279,7 @@ TEST_F(SessionTest, TheHubEndsWithAllItsSessions) {
     startHubWithLibrary();
     const HWND client = attach("Draftel");
     launch(client, R"(1 "C:\x" "voltara" x)");
-    launch(client, R"(1 "C:\x" "tunara")");
+    launchTool(client, "tunara");
     ASSERT_TRUE(finds("Tunara"));
     // Another program takes the rows away; the sessions run on.
     for (const char* tool : {"Voltara", "Scopel", "Tunara"}) {
@@ -298,7 +300,7 @@ TEST_F(SessionTest, TheHubEndsWithAllItsSessions) {
 TEST_F(SessionTest, FilesOfTheToolsAreFoundByTheirLocks) {
     startHubWithLibrary();
     const HWND client = attach("Draftel");
-    launch(client, R"(1 "C:\x" "modelar")");
+    launchTool(client, "modelar");
     ASSERT_TRUE(finds("Dorvane"));
     const HWND dorvane = find("Dorvane");
     ipcSelfId = client;
