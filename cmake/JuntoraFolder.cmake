@@ -9,8 +9,9 @@
 set(JUNTORA_LAYERS
     "platform"
     "framework"
+    "messages"
     "ipc"
-    "common messages"
+    "common"
     "registration setup"
     "hub"
     "bridge"

@@ -30,6 +30,11 @@ void DDX_Text(CDataExchange* exchange, int id, CString& text) {
     }
 }
 
+void DDV_MaxChars(CDataExchange* exchange, const CString& text, int most) {
+    exchange->m_hasFailed =
+        exchange->m_hasFailed || (exchange->m_bSaveAndValidate && text.GetLength() > most);
+}
+
 void DDX_Control(CDataExchange* exchange, int id, CWnd& object) {
     if (object.m_hWnd == 0) {
         object.SubclassWindow(exchange->control(id));

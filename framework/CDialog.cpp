@@ -71,7 +71,7 @@ BOOL CDialog::UpdateData(bool save) {
     }
     CDataExchange exchange{this, save};
     DoDataExchange(&exchange);
-    return 1;
+    return exchange.m_hasFailed ? 0 : 1;
 }
 
 bool CDialog::OnCmdMsg(int id) {

@@ -24,7 +24,7 @@ public:
     /// of its own is hidden.
     void EndDialog(int result);
 
-    /// Moves data from the controls to the members (`save`) or back.
+    /// Moves data from the controls to the members (`save`) or back. 0 if it has failed.
     BOOL UpdateData(bool save);
 
     bool OnCmdMsg(int id) override;

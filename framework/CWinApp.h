@@ -2,10 +2,18 @@
 #pragma once
 
 #include "framework/CCmdTarget.h"
+#include "framework/CString.h"
 
 namespace juntora {
 
 class CWnd;
+
+/// Below HKEY_CURRENT_USER: a key of each program's that keeps settings.
+inline constexpr char PROFILES_KEY[] = "Software\\Voltara\\Settings";
+
+/// The name of the program's file without folder and extension: what its settings are kept under,
+/// and the caption of its boxes.
+CString AfxGetAppName();
 
 /// A program has exactly one, a static object.
 class CWinApp : public CCmdTarget {
@@ -28,6 +36,13 @@ public:
     bool RunEmbedded();
     bool RunAutomated();
 
+    /// The application's settings: texts by section and entry, in the registry under
+    /// PROFILES_KEY, the program's name and the section. What cannot be read is `standard`.
+    CString GetProfileString(const char* section, const char* entry,
+                             const char* standard = "") const;
+    /// Null for `value`: the entry goes. False where the registry cannot be written.
+    bool WriteProfileString(const char* section, const char* entry, const char* value);
+
 protected:
     /// The command of that number, for which the framework has a handler.
     static constexpr int ID_HELP = 0xE146;
@@ -49,8 +64,8 @@ CWnd* AfxGetMainWnd();
 int AfxWinMain(CWinApp& application, int argc, char** argv);
 
 /// Shows a message box over the main window, with the program's name as its caption. Returns the
-/// button.
-int AfxMessageBox(const char* text, unsigned flags = 0);
+/// button. There is no help for a help context to stand for.
+int AfxMessageBox(const char* text, unsigned flags = 0, unsigned helpContext = 0);
 /// The same for a string of the table.
 int AfxMessageBox(int stringId, unsigned flags = 0);
 

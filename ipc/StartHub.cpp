@@ -4,6 +4,7 @@
 #include <string>
 
 #include "ipc/ipc.h"
+#include "messages/messageFamily.h"
 #include "platform/desktop/message.h"
 #include "platform/dialog/dialog.h"
 #include "platform/files/paths.h"
@@ -16,12 +17,7 @@ namespace {
 constexpr char HUB_PROGRAM[] = "Juntora.exe";
 constexpr std::size_t COMMAND_LINE_LIMIT = 1040;
 constexpr DWORD IDLE_WAIT = 5'000;
-constexpr char START_FAILURE[] =
-    "Juntora, the hub that the tools of the suite talk through, is not running and could not be "
-    "started. The program was looked for beside this tool, in the current folder and on the "
-    "search path.\n\nStart Juntora by hand, or see that it is installed and may be executed, and "
-    "then start this tool again.";
-
+constexpr unsigned long HUB_NOT_STARTED = 1821;
 /// The command line for the hub in `folder`: it gets this program's arguments, up to the last that
 /// fits whole.
 std::string commandLine(const std::string& folder) {
@@ -61,7 +57,9 @@ std::string ownFolder() {
 void showStartFailure(DWORD error) {
     char caption[32];
     std::snprintf(caption, sizeof caption, "Error %x", error);
-    MessageBoxA(0, START_FAILURE, caption, MB_TASKMODAL | MB_ICONWARNING);
+    std::string text;
+    getMessageText(&text, "TVCOMMN", HUB_NOT_STARTED);
+    MessageBoxA(0, text.c_str(), caption, MB_TASKMODAL | MB_ICONWARNING);
 }
 
 }  // namespace

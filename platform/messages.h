@@ -92,6 +92,7 @@ inline constexpr DWORD BS_PUSHBUTTON = 0;
 inline constexpr DWORD BS_DEFPUSHBUTTON = 1;
 inline constexpr DWORD BS_AUTOCHECKBOX = 3;
 inline constexpr DWORD SS_LEFT = 0;
+inline constexpr DWORD SS_CENTER = 1;
 inline constexpr DWORD SS_ICON = 3;
 inline constexpr DWORD SS_ETCHEDHORZ = 16;
 inline constexpr DWORD SS_NOPREFIX = 0x80;
@@ -141,6 +142,7 @@ inline constexpr UINT MB_ICONSTOP = 0x10;
 inline constexpr UINT MB_ICONQUESTION = 0x20;
 inline constexpr UINT MB_ICONWARNING = 0x30;
 inline constexpr UINT MB_ICONINFORMATION = 0x40;
+inline constexpr UINT MB_ICONEXCLAMATION = MB_ICONWARNING;
 /// The platform's own icons, which message boxes show.
 inline constexpr int IDI_STOP = 32513;
 inline constexpr int IDI_QUESTION = 32514;

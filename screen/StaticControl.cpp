@@ -26,6 +26,9 @@ protected:
             showIcon(*icon, units.size(viewed.place));
         } else {
             widget().setTextFormat(Qt::PlainText);
+            widget().setAlignment(
+                ((viewed.style & KIND) == SS_CENTER ? Qt::AlignHCenter : Qt::AlignLeft) |
+                Qt::AlignTop);
             const QString text = plainText(viewed);
             // Where there is room for several lines, a text that is not broken yet is.
             const bool isForLines =

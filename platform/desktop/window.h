@@ -78,6 +78,9 @@ int GetWindowTextA(HWND window, char* buffer, int capacity);
 BOOL SetWindowTextA(HWND window, const char* text);
 
 DWORD GetWindowStyle(HWND window);
+/// Takes bits of the style away and adds others: such as tell how a control looks. Those of the
+/// window's state (visible, disabled, minimised) have calls of their own.
+void ModifyWindowStyle(HWND window, DWORD remove, DWORD add);
 
 /// The place in pixels relative to the parent, for a desktop's child to the desktop.
 BOOL GetWindowRect(HWND window, RECT* rect);

@@ -202,6 +202,13 @@ BOOL IsWindowVisible(HWND window) {
 
 BOOL IsIconic(HWND window) { return desktop::hasStyle(window, WS_MINIMIZE) ? 1 : 0; }
 
+void ModifyWindowStyle(HWND window, DWORD remove, DWORD add) {
+    if (const auto place = placeOf(window)) {
+        desktop::changeStyle(place, add, remove);
+        NoteWindowChange(window);
+    }
+}
+
 BOOL IsWindowEnabled(HWND window) {
     const auto place = placeOf(window);
     return place && (place.slot->style.load() & WS_DISABLED) == 0 ? 1 : 0;

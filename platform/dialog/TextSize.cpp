@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/dialog/dialog.h"
+
 namespace juntora::dialog {
 namespace {
 
@@ -91,3 +93,17 @@ std::vector<std::string> BreakLines(std::string_view text, int width) {
 }
 
 }  // namespace juntora::dialog
+
+namespace juntora {
+
+int CalculateTextRect(const char* text, RECT* rect) {
+    const std::vector<std::string> lines = dialog::BreakLines(text, rect->right - rect->left);
+    const int height = static_cast<int>(lines.size()) * dialog::FONT_HEIGHT;
+    rect->bottom = rect->top + height;
+    if (lines.size() == 1) {
+        rect->right = rect->left + dialog::TextWidth(lines.front());
+    }
+    return height;
+}
+
+}  // namespace juntora

@@ -33,7 +33,7 @@ DWORD GetTempPathA(DWORD capacity, char* buffer) {
     return static_cast<DWORD>(folder.size());
 }
 
-UINT GetTempFileNameA(const char* folder, const char* prefix, char* buffer) {
+UINT GetTempFileNameA(const char* folder, const char* prefix, char* buffer, const char* extension) {
     std::string base = folder;
     if (!base.empty() && base.back() != '/') {
         base += '/';
@@ -45,7 +45,7 @@ UINT GetTempFileNameA(const char* folder, const char* prefix, char* buffer) {
         }
         char path[PATH_CAPACITY];
         const int length =
-            std::snprintf(path, sizeof path, "%s%s%08X.tmp", base.c_str(), prefix, number);
+            std::snprintf(path, sizeof path, "%s%s%08X%s", base.c_str(), prefix, number, extension);
         if (length < 0 || static_cast<std::size_t>(length) >= sizeof path) {
             return 0;
         }

@@ -39,11 +39,10 @@ int onSpelling(const char* path, bool canMake, Operation operation) {
     return result >= 0 || failBySystem() ? result : -1;
 }
 
-}  // namespace
-
-bool WriteWholeFile(const char* path, const void* data, std::size_t bytes) {
-    const int file = onSpelling(path, true, [](const std::string& spelling, bool isNew) {
-        const int flags = O_WRONLY | O_TRUNC | O_NONBLOCK | O_CLOEXEC | (isNew ? O_CREAT : 0);
+/// Opens for writing with `how` beside, and writes all.
+bool writeTo(const char* path, int how, const void* data, std::size_t bytes) {
+    const int file = onSpelling(path, true, [how](const std::string& spelling, bool isNew) {
+        const int flags = O_WRONLY | O_NONBLOCK | O_CLOEXEC | how | (isNew ? O_CREAT : 0);
         return open(spelling.c_str(), flags, 0600);
     });
     if (file < 0) {
@@ -64,6 +63,16 @@ bool WriteWholeFile(const char* path, const void* data, std::size_t bytes) {
         bytes -= static_cast<std::size_t>(written);
     }
     return close(file) == 0 || failBySystem();
+}
+
+}  // namespace
+
+bool WriteWholeFile(const char* path, const void* data, std::size_t bytes) {
+    return writeTo(path, O_TRUNC, data, bytes);
+}
+
+bool AppendToFile(const char* path, const void* data, std::size_t bytes) {
+    return writeTo(path, O_APPEND, data, bytes);
 }
 
 long ReadFileStart(const char* path, void* data, std::size_t bytes) {

@@ -10,6 +10,7 @@
 #include "platform/files/HostPath.h"
 #include "platform/files/PathSyntax.h"
 #include "platform/kernel/CommandLine.h"
+#include "platform/kernel/process.h"
 #include "platform/messages.h"
 
 namespace juntora::kernel {
@@ -44,8 +45,7 @@ Found programAt(const std::string& path) {
 
 std::string ownFolder() {
     char path[4096];
-    const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
-    const std::string own(path, length > 0 ? static_cast<std::size_t>(length) : 0);
+    const std::string own(path, GetModuleFileNameA(path, sizeof path));
     return own.substr(0, own.rfind('/') + 1);
 }
 
@@ -113,3 +113,16 @@ ProgramStart findProgram(std::string_view line) {
 }
 
 }  // namespace juntora::kernel
+
+namespace juntora {
+
+DWORD GetModuleFileNameA(char* buffer, DWORD capacity) {
+    const ssize_t length = readlink("/proc/self/exe", buffer, capacity);
+    if (length <= 0 || static_cast<std::size_t>(length) >= capacity) {
+        return 0;
+    }
+    buffer[length] = '\0';
+    return static_cast<DWORD>(length);
+}
+
+}  // namespace juntora

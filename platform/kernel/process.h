@@ -42,6 +42,10 @@ int ProgramArgumentCount();
 /// argv[index], null beyond the last.
 const char* ProgramArgument(int index);
 
+/// Writes the path of the file that this process runs, in this machine's form, to `buffer` of
+/// `capacity` bytes. Returns its length; 0 if it does not fit.
+DWORD GetModuleFileNameA(char* buffer, DWORD capacity);
+
 /// What stands behind the program's name on the command line that started this process, as its
 /// starter wrote it; made from the arguments where it was started from a shell. A buffer of the
 /// process's own that may be edited in place. Never null.

@@ -1,0 +1,51 @@
+// The application's settings.
+#include <cstring>
+#include <string>
+
+#include "framework/CWinApp.h"
+#include "platform/files/paths.h"
+#include "platform/kernel/process.h"
+#include "platform/registry/registry.h"
+
+namespace juntora {
+namespace {
+
+std::string sectionKey(const char* section) {
+    return std::string(PROFILES_KEY) + "\\" + static_cast<const char*>(AfxGetAppName()) + "\\" +
+           section;
+}
+
+DWORD write(HKEY key, const char* entry, const char* value) {
+    return value ? RegSetValueExA(key, entry, REG_SZ, value,
+                                  static_cast<DWORD>(std::strlen(value) + 1))
+                 : RegDeleteValueA(key, entry);
+}
+
+}  // namespace
+
+CString AfxGetAppName() {
+    char name[256] = "";
+    if (const char* program = ProgramArgument(0)) {
+        SplitPath(program, nullptr, nullptr, name, nullptr);
+    }
+    return name;
+}
+
+CString CWinApp::GetProfileString(const char* section, const char* entry,
+                                  const char* standard) const {
+    std::string value;
+    const DWORD error = ReadRegistryText(HKEY_CURRENT_USER, sectionKey(section), entry, &value);
+    return error == ERROR_SUCCESS ? CString(value) : CString(standard);
+}
+
+bool CWinApp::WriteProfileString(const char* section, const char* entry, const char* value) {
+    HKEY key{};
+    if (RegCreateKeyA(HKEY_CURRENT_USER, sectionKey(section).c_str(), &key) != ERROR_SUCCESS) {
+        return false;
+    }
+    const DWORD error = write(key, entry, value);
+    RegCloseKey(key);
+    return error == ERROR_SUCCESS || (!value && error == ERROR_FILE_NOT_FOUND);
+}
+
+}  // namespace juntora

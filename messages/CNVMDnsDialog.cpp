@@ -1,0 +1,243 @@
+#include "messages/CNVMDnsDialog.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+#include "framework/CWinApp.h"
+#include "messages/dnsResources.h"
+#include "messages/storedAnswers.h"
+#include "platform/desktop/message.h"
+#include "platform/dialog/TextSize.h"
+#include "platform/dialog/dialog.h"
+
+namespace juntora {
+namespace {
+
+constexpr int BUTTONS[] = {IDC_DNS_FIRST, IDC_DNS_SECOND, IDC_DNS_THIRD};
+constexpr int MOST_TEXT = 1000;
+constexpr int TALLEST_LINE = 16;
+constexpr int GAP = 8;
+/// Stands for the width of the main window's client area in a program that has none.
+constexpr int WIDTH_WITHOUT_MAIN_WINDOW = 640;
+
+/// The buttons of a style, and what stands on them; null: what the template has.
+struct ButtonRow {
+    unsigned style;
+    int count;
+    const char* labels[3];
+};
+constexpr ButtonRow ROWS[] = {
+    {0, 1, {}},
+    {1, 2, {}},
+    {2, 3, {"Abort", "Retry", "Ignore"}},
+    {3, 3, {"Yes", "No", "Cancel"}},
+    {4, 2, {"Yes", "No"}},
+    {6, 3, {"Cancel", "Try", "Continue"}},
+};
+
+const ButtonRow* rowOf(unsigned style) {
+    const auto* row = std::ranges::find(ROWS, style, &ButtonRow::style);
+    return row == std::end(ROWS) ? nullptr : row;
+}
+
+RECT clientOf(HWND window) {
+    RECT rect{};
+    GetClientRect(window, &rect);
+    return rect;
+}
+
+int mainRight() {
+    const CWnd* main = AfxGetMainWnd();
+    return main && main->m_hWnd != 0 ? clientOf(main->m_hWnd).right : WIDTH_WITHOUT_MAIN_WINDOW;
+}
+
+void moveTo(HWND window, const RECT& place) {
+    SetWindowPos(window, HWND_TOP, place.left, place.top, place.right - place.left,
+                 place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+int lengthOf(const char* label) { return label ? static_cast<int>(std::strlen(label)) : 0; }
+
+}  // namespace
+
+CNVMDnsDialog::CNVMDnsDialog(const char* ofText, const char* ofModule, unsigned ofNumber,
+                             unsigned ofStyle, unsigned ofIcon, unsigned ofHelpContext,
+                             int withCheckBox)
+    : CNVMDnsDialog(ofText, ofModule, ofNumber, ofStyle, ofIcon, ofHelpContext, withCheckBox,
+                    nullptr) {}
+
+CNVMDnsDialog::CNVMDnsDialog(const char* ofText, const char* ofModule, unsigned ofNumber,
+                             unsigned ofStyle, unsigned ofIcon, unsigned ofHelpContext,
+                             int withCheckBox, const DnsButtonLabels* withLabels)
+    : CDialog(IDD_DNS),
+      text(ofText),
+      module(ofModule),
+      style(ofStyle),
+      icon(ofIcon),
+      number(ofNumber),
+      helpContext(ofHelpContext),
+      showCheckBox(withCheckBox),
+      labels(withLabels) {
+    RegisterDnsResources();
+}
+
+void CNVMDnsDialog::DoDataExchange(CDataExchange* exchange) {
+    CDialog::DoDataExchange(exchange);
+    DDX_Text(exchange, IDC_DNS_TEXT, text);
+    DDV_MaxChars(exchange, text, MOST_TEXT);
+}
+
+BOOL CNVMDnsDialog::OnInitDialog() {
+    CDialog::OnInitDialog();
+    CString title;
+    title.LoadString(IDS_APPLICATION_TITLE);
+    SetWindowTextA(m_hWnd, title.IsEmpty() ? AfxGetAppName() : title);
+    layOutText();
+    placeButtons();
+    placeCheckBox();
+    moveTo(m_hWnd, dialogRect);
+    chooseIcon();
+    return 1;
+}
+
+/// First in the room that the template has, then in half of the main window.
+void CNVMDnsDialog::layOutText() {
+    const HWND area = GetDlgItem(m_hWnd, IDC_DNS_TEXT);
+    const int iconWidth = clientOf(GetDlgItem(m_hWnd, IDC_DNS_ICON)).right;
+    const int main = mainRight();
+    dialogRect = clientOf(m_hWnd);
+    textRect = clientOf(area);
+    const RECT before = textRect;
+    const auto measure = [this] {
+        CalculateTextRect(text, &textRect);
+        singleLine = singleLine != 0 || textRect.bottom <= TALLEST_LINE ? 1 : 0;
+    };
+    measure();
+    textRect.right = main / 2 + 16;
+    measure();
+    textRect.top += 2;
+    textRect.bottom += 2;
+    textRect.right += iconWidth;
+    textRect.left = iconWidth;
+    moveTo(area, textRect);
+    showText(area);
+    const int width = std::max(textRect.right + 18, dialogRect.right) + 30;
+    const int height = dialogRect.bottom + textRect.bottom - before.bottom;
+    moveTo(m_hWnd, {main / 4, main / 4, main / 4 + width, main / 4 + height});
+    GetWindowRect(m_hWnd, &dialogRect);
+}
+
+/// What shows the text breaks it where it has been measured, whatever its own font.
+void CNVMDnsDialog::showText(HWND area) {
+    std::string shown;
+    for (const std::string& line :
+         dialog::BreakLines(static_cast<const char*>(text), textRect.right - textRect.left)) {
+        shown += (shown.empty() ? "" : "\n") + line;
+    }
+    SetWindowTextA(area, shown.c_str());
+    ModifyWindowStyle(area, SS_CENTER, singleLine != 0 ? SS_CENTER : SS_LEFT);
+}
+
+void CNVMDnsDialog::placeButtons() {
+    const ButtonRow* row = rowOf(style);
+    if (!row) {
+        return;
+    }
+    int widths[3];
+    for (int i = 0; i < 3; ++i) {
+        const HWND button = GetDlgItem(m_hWnd, BUTTONS[i]);
+        widths[i] = clientOf(button).right;
+        juntora::ShowWindow(button, i < row->count ? SW_SHOW : SW_HIDE);
+        if (i < row->count && row->labels[i]) {
+            SetWindowTextA(button, row->labels[i]);
+        }
+    }
+    const int width = dialogRect.right - dialogRect.left;
+    if (labels && row->count > 1) {
+        placeLabelled(width, row->count, widths);
+    } else {
+        placeInRow(width, row->count, widths);
+    }
+}
+
+void CNVMDnsDialog::placeInRow(int width, int count, const int (&widths)[3]) {
+    int left = width - (count - 1) * GAP;
+    for (int i = 0; i < count; ++i) {
+        left -= widths[i];
+    }
+    left /= 2;
+    for (int i = 0; i < count; ++i) {
+        juntora::SetWindowPos(GetDlgItem(m_hWnd, BUTTONS[i]), HWND_TOP, left, textRect.bottom + 18,
+                              0, 0, SWP_NOSIZE | SWP_NOZORDER);
+        left += widths[i] + GAP;
+    }
+}
+
+/// Labels of the caller's make all buttons as wide as the longer of the first two asks for.
+void CNVMDnsDialog::placeLabelled(int width, int count, const int (&widths)[3]) {
+    const int longest = std::max(lengthOf(labels->first), lengthOf(labels->second));
+    const int grow = 2 * longest + 12;
+    const int newWidth = widths[1] + grow;
+    int left = count == 2 ? (width - widths[0] - widths[1] - GAP) / 2 - grow
+                          : (width - widths[0] - widths[1] - widths[2]) / 3 - 2 * longest;
+    const char* const texts[] = {labels->first, labels->second, labels->third};
+    for (int i = 0; i < count; ++i) {
+        const HWND button = GetDlgItem(m_hWnd, BUTTONS[i]);
+        const int top = textRect.bottom + 18;
+        moveTo(button, {left, top, left + newWidth, top + clientOf(button).bottom});
+        SetWindowTextA(button, texts[i] ? texts[i] : "");
+        left += newWidth + GAP;
+    }
+}
+
+void CNVMDnsDialog::placeCheckBox() {
+    const HWND box = GetDlgItem(m_hWnd, IDC_DNS_CHECK);
+    const int rowEnd = textRect.bottom + 18 + clientOf(GetDlgItem(m_hWnd, IDC_DNS_FIRST)).bottom;
+    if (showCheckBox == 0) {
+        juntora::ShowWindow(box, SW_HIDE);
+        dialogRect.bottom = dialogRect.top + rowEnd + GAP;
+        return;
+    }
+    RECT place{};
+    GetWindowRect(box, &place);
+    juntora::SetWindowPos(box, HWND_TOP, place.left, rowEnd + 4, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+    dialogRect.bottom = dialogRect.top + rowEnd + 4 + place.bottom - place.top + GAP;
+}
+
+void CNVMDnsDialog::chooseIcon() {
+    if (GetDlgItem(m_hWnd, IDC_DNS_ICON) == 0 || GetDlgItem(m_hWnd, IDC_DNS_QUESTION) == 0) {
+        return;
+    }
+    const int chosen = icon == MB_ICONSTOP       ? IDC_DNS_STOP
+                       : icon == MB_ICONQUESTION ? IDC_DNS_QUESTION
+                                                 : IDC_DNS_ICON;
+    for (const int control : {IDC_DNS_ICON, IDC_DNS_STOP, IDC_DNS_QUESTION}) {
+        juntora::ShowWindow(GetDlgItem(m_hWnd, control), control == chosen ? SW_SHOW : SW_HIDE);
+    }
+}
+
+const AFX_MSGMAP& CNVMDnsDialog::GetMessageMap() const {
+    static const AFX_MSGMAP_ENTRY entries[] = {
+        ON_COMMAND<&CNVMDnsDialog::OnFirst>(IDC_DNS_FIRST),
+        ON_COMMAND<&CNVMDnsDialog::OnSecond>(IDC_DNS_SECOND),
+        ON_COMMAND<&CNVMDnsDialog::OnThird>(IDC_DNS_THIRD),
+    };
+    static const AFX_MSGMAP map{&CDialog::GetMessageMap(), entries};
+    return map;
+}
+
+void CNVMDnsDialog::OnFirst() { press(IDC_DNS_FIRST); }
+void CNVMDnsDialog::OnSecond() { press(IDC_DNS_SECOND); }
+void CNVMDnsDialog::OnThird() { press(IDC_DNS_THIRD); }
+
+/// A press with the box clear forgets an answer as well.
+void CNVMDnsDialog::press(int code) {
+    if (SendMessageA(GetDlgItem(m_hWnd, IDC_DNS_CHECK), BM_GETCHECK, 0, 0) != 0) {
+        dontShowAgain = 1;
+    }
+    storeAnswer(module, number, dontShowAgain != 0 ? std::to_string(code) : NO_ANSWER);
+    EndDialog(code);
+}
+
+}  // namespace juntora

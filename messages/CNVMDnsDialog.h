@@ -1,0 +1,61 @@
+// A message box that the user can switch off: a text, up to three buttons, an icon, and a check box
+// that says that the question need not be asked again. It takes the size that its text needs.
+#pragma once
+
+#include "framework/CDialog.h"
+#include "framework/CString.h"
+
+namespace juntora {
+
+/// Labels for the first, second and third button.
+struct DnsButtonLabels {
+    const char* first;
+    const char* second;
+    const char* third;
+};
+
+class CNVMDnsDialog : public CDialog {
+public:
+    /// `style` tells the buttons, 0 to 6 as MB_OK to MB_CANCELTRYCONTINUE do; `icon` is one of
+    /// MB_ICONSTOP, MB_ICONQUESTION and others. With `showCheckBox` 0 nothing can be switched off.
+    /// The help context is kept and stands for nothing.
+    CNVMDnsDialog(const char* text, const char* module, unsigned number, unsigned style,
+                  unsigned icon, unsigned helpContext, int showCheckBox);
+    /// `labels`, which the caller keeps, take the place of the style's; null: they don't.
+    CNVMDnsDialog(const char* text, const char* module, unsigned number, unsigned style,
+                  unsigned icon, unsigned helpContext, int showCheckBox,
+                  const DnsButtonLabels* labels);
+
+protected:
+    const AFX_MSGMAP& GetMessageMap() const override;
+    void DoDataExchange(CDataExchange* exchange) override;
+    BOOL OnInitDialog() override;
+
+private:
+    void layOutText();
+    void showText(HWND area);
+    void placeButtons();
+    void placeInRow(int width, int count, const int (&widths)[3]);
+    void placeLabelled(int width, int count, const int (&widths)[3]);
+    void placeCheckBox();
+    void chooseIcon();
+    void OnFirst();
+    void OnSecond();
+    void OnThird();
+    void press(int code);
+
+    int dontShowAgain = 0;
+    CString text;
+    CString module;
+    unsigned style;
+    unsigned icon;
+    unsigned number;
+    unsigned helpContext;
+    int showCheckBox;
+    const DnsButtonLabels* labels;
+    RECT dialogRect{};
+    RECT textRect{};
+    int singleLine = 0;  ///< The text fits one line, and stands in the middle.
+};
+
+}  // namespace juntora

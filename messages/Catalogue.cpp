@@ -1,0 +1,252 @@
+#include "messages/Catalogue.h"
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+#include <unordered_set>
+
+#include <pugixml.hpp>
+
+#include "platform/automation/Utf8.h"
+
+namespace juntora {
+namespace {
+
+constexpr unsigned MOST_PARAMETERS = 9;
+constexpr unsigned PARSING = pugi::parse_minimal | pugi::parse_escapes | pugi::parse_cdata |
+                             pugi::parse_eol | pugi::parse_trim_pcdata;
+
+struct Kind {
+    std::string_view word;
+    nvm_msg_type type;
+};
+constexpr Kind KINDS[] = {{"plain", NVM_PLAIN},
+                          {"error", NVM_ERROR},
+                          {"warning", NVM_WARNING},
+                          {"information", NVM_INFORMATION},
+                          {"question", NVM_QUESTION}};
+
+std::optional<nvm_msg_type> kindOf(std::string_view word) {
+    for (const Kind& kind : KINDS) {
+        if (kind.word == word) {
+            return kind.type;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<std::uint32_t> numberOf(std::string_view text) {
+    std::uint32_t number = 0;
+    const char* end = text.data() + text.size();
+    const auto [behind, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && behind == end ? std::optional(number) : std::nullopt;
+}
+
+/// What stands in an element that may hold text alone; nothing where it holds anything else.
+std::optional<std::string_view> textIn(const pugi::xml_node& element) {
+    const pugi::xml_node first = element.first_child();
+    const bool isText = first.type() == pugi::node_pcdata || first.type() == pugi::node_cdata;
+    if (!isText || first.next_sibling()) {
+        return std::nullopt;
+    }
+    return first.value();
+}
+
+/// What is wrong with the placeholders of a text, empty if nothing is. Each parameter must be shown
+/// and each placeholder have one.
+std::string placeholderMistake(std::string_view text, unsigned parameters) {
+    unsigned used = 0;
+    for (std::size_t at = text.find('%'); at != std::string_view::npos;) {
+        const char sign = at + 1 < text.size() ? text[at + 1] : '\0';
+        if (sign >= '1' && sign <= '9') {
+            used |= 1U << (sign - '1');
+        } else if (sign != '%') {
+            return "its text has a \"%\" that is neither one of \"%1\" to \"%9\" nor doubled";
+        }
+        at = text.find('%', at + 2);
+    }
+    for (unsigned i = 0; i < MOST_PARAMETERS; ++i) {
+        const bool isUsed = (used >> i & 1U) != 0;
+        if (isUsed != (i < parameters)) {
+            const std::string number = std::to_string(i + 1);
+            return isUsed ? "its text has the placeholder %" + number + ", and there are " +
+                                std::to_string(parameters) + " parameters"
+                          : "its parameter " + number + " is not in its text: %" + number +
+                                " is missing";
+        }
+    }
+    return "";
+}
+
+}  // namespace
+
+struct Catalogue::Document {
+    pugi::xml_document xml;
+};
+
+Catalogue::Catalogue() : m_document(std::make_unique<Document>()) {}
+Catalogue::~Catalogue() = default;
+
+/// One reading: what it reads, and what it has to say of it.
+class CatalogueReader {
+public:
+    CatalogueReader(std::string_view bytes, const std::string& file, const std::string& module,
+                    std::vector<std::string>* complaints)
+        : m_bytes(bytes), m_file(file), m_module(module), m_complaints(complaints) {}
+
+    std::unique_ptr<Catalogue> read() {
+        std::unique_ptr<Catalogue> catalogue(new Catalogue);
+        const pugi::xml_document& document = catalogue->m_document->xml;
+        if (parse(&catalogue->m_document->xml) && isOfModule(document.document_element())) {
+            readMessages(document.document_element(), &catalogue->m_messages);
+        }
+        return catalogue;
+    }
+
+private:
+    bool parse(pugi::xml_document* document) {
+        if (const std::size_t at = m_bytes.find('\0'); at != std::string_view::npos) {
+            complainAt(at, "there is a zero byte: this is no text");
+            return false;
+        }
+        const pugi::xml_parse_result result =
+            document->load_buffer(m_bytes.data(), m_bytes.size(), PARSING, pugi::encoding_utf8);
+        if (result) {
+            return true;
+        }
+        complainAt(static_cast<std::size_t>(std::max<std::ptrdiff_t>(result.offset, 0)),
+                   std::string("this is no well-formed XML: ") + result.description());
+        return false;
+    }
+
+    bool isOfModule(const pugi::xml_node& root) {
+        if (root.name() != std::string_view("catalogue")) {
+            complain(root, "the outermost element is no <catalogue>");
+            return false;
+        }
+        if (root.attribute("module").value() != m_module) {
+            complain(root, std::string("this is a catalogue of the module \"") +
+                               root.attribute("module").value() + "\", not of \"" + m_module +
+                               "\"");
+            return false;
+        }
+        return true;
+    }
+
+    void readMessages(const pugi::xml_node& root, std::vector<CataloguedMessage>* messages) {
+        for (const pugi::xml_node& element : root.children()) {
+            if (element.name() != std::string_view("message")) {
+                complain(element, "only <message> elements may stand here");
+                continue;
+            }
+            CataloguedMessage message{};
+            std::string mistake = readMessage(element, &message);
+            if (mistake.empty() && isRepeated(message.number, *messages)) {
+                mistake = "its number is there already";
+            }
+            if (mistake.empty()) {
+                messages->push_back(message);
+            } else {
+                complain(element, std::string("message ") + element.attribute("number").value() +
+                                      ": " + mistake);
+            }
+        }
+    }
+
+    /// Files are written in the order of their numbers; one that is not costs a set of them.
+    bool isRepeated(std::uint32_t number, const std::vector<CataloguedMessage>& messages) {
+        if (m_numbers.empty()) {
+            if (messages.empty() || messages.back().number < number) {
+                return false;
+            }
+            for (const CataloguedMessage& message : messages) {
+                m_numbers.insert(message.number);
+            }
+        }
+        return !m_numbers.insert(number).second;
+    }
+
+    /// Returns what is wrong.
+    static std::string readMessage(const pugi::xml_node& element, CataloguedMessage* message) {
+        const auto number = numberOf(element.attribute("number").value());
+        if (!number) {
+            return "its number is none from 0 to 4294967295";
+        }
+        message->number = *number;
+        const auto kind = kindOf(element.attribute("kind").value());
+        if (!kind) {
+            return "its kind is none of plain, error, warning, information, question";
+        }
+        message->type = *kind;
+        const std::string mistake = readParts(element, message);
+        return mistake.empty() ? placeholderMistake(message->text, message->parameters) : mistake;
+    }
+
+    /// The elements of a message, in this order: parameters, the text, perhaps a help page.
+    static std::string readParts(const pugi::xml_node& element, CataloguedMessage* message) {
+        pugi::xml_node part = element.first_child();
+        for (; part.name() == std::string_view("parameter"); part = part.next_sibling()) {
+            ++message->parameters;
+        }
+        if (message->parameters > MOST_PARAMETERS) {
+            return "it has more than nine parameters";
+        }
+        const auto text = part.name() == std::string_view("text") ? textIn(part) : std::nullopt;
+        if (!text || text->empty()) {
+            return "it has no <text> with a text, and nothing else, behind its parameters";
+        }
+        message->text = *text;
+        part = part.next_sibling();
+        if (part.name() == std::string_view("help")) {
+            const auto help = textIn(part);
+            if (!help) {
+                return "its <help> holds elements: a page stands in <![CDATA[...]]>";
+            }
+            message->help = *help;
+            part = part.next_sibling();
+        }
+        if (part) {
+            return std::string("there is a <") + part.name() + "> that does not belong there";
+        }
+        return automation::isBusText(message->text) && automation::isBusText(message->help)
+                   ? ""
+                   : "its text is no UTF-8";
+    }
+
+    void complain(const pugi::xml_node& node, const std::string& what) {
+        complainAt(static_cast<std::size_t>(std::max<std::ptrdiff_t>(node.offset_debug(), 0)),
+                   what);
+    }
+
+    void complainAt(std::size_t offset, const std::string& what) {
+        m_complaints->push_back(m_file + ":" + std::to_string(lineOf(offset)) + ": " + what + ".");
+    }
+
+    /// Most often asked for in the order of the file.
+    std::size_t lineOf(std::size_t offset) {
+        if (offset < m_offset) {
+            m_offset = 0;
+            m_line = 1;
+        }
+        const std::string_view passed = m_bytes.substr(m_offset, offset - m_offset);
+        m_line += static_cast<std::size_t>(std::count(passed.begin(), passed.end(), '\n'));
+        m_offset = offset;
+        return m_line;
+    }
+
+    const std::string_view m_bytes;
+    const std::string& m_file;
+    const std::string& m_module;
+    std::vector<std::string>* const m_complaints;
+    std::unordered_set<std::uint32_t> m_numbers;  ///< Empty while they come in order.
+    std::size_t m_offset = 0;                     ///< Up to where lines have been counted.
+    std::size_t m_line = 1;
+};
+
+std::unique_ptr<Catalogue> Catalogue::read(std::string_view bytes, const std::string& file,
+                                           const std::string& module,
+                                           std::vector<std::string>* complaints) {
+    return CatalogueReader(bytes, file, module, complaints).read();
+}
+
+}  // namespace juntora

@@ -1,0 +1,92 @@
+#include "messages/NvMessageManager.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "messages/catalogueFiles.h"
+
+namespace juntora {
+namespace {
+
+std::string& productName() {
+    static std::string name;
+    return name;
+}
+
+/// A file with many mistakes is one whose first ones are worth reading.
+constexpr std::size_t MOST_COMPLAINTS = 8;
+
+void tell(const std::vector<std::string>& complaints, const std::string& file, NvStatus* status) {
+    const std::size_t told = std::min(complaints.size(), MOST_COMPLAINTS);
+    for (std::size_t i = 0; i < told; ++i) {
+        status->addFailure(complaints[i]);
+    }
+    if (told < complaints.size()) {
+        status->addFailure(file + ": and " + std::to_string(complaints.size() - told) +
+                           " mistakes more.");
+    }
+}
+
+}  // namespace
+
+void NvMrdUtil::mrdUtilInit(const char* product) { productName() = product; }
+const std::string& NvMrdUtil::product() { return productName(); }
+
+NvMessageCatalog* NvMessageModule::registerCatalog(const char* file, NvStatus* status) {
+    std::string bytes;
+    std::string path;
+    const std::string failure = readCatalogueFile(file, &bytes, &path);
+    if (!failure.empty()) {
+        status->addFailure(failure);
+        return nullptr;
+    }
+    std::vector<std::string> complaints;
+    m_catalogues.push_back(Catalogue::read(bytes, path, m_name, &complaints));
+    add(*m_catalogues.back(), path, &complaints);
+    tell(complaints, path, status);
+    return m_catalogues.back().get();
+}
+
+void NvMessageModule::add(const Catalogue& catalogue, const std::string& path,
+                          std::vector<std::string>* complaints) {
+    m_messages.reserve(m_messages.size() + catalogue.messages().size());
+    for (const CataloguedMessage& message : catalogue.messages()) {
+        if (!m_messages.emplace(message.number, &message).second) {
+            complaints->push_back(path + ": message " + std::to_string(message.number) +
+                                  " is in another catalogue of " + m_name + " already.");
+        }
+    }
+}
+
+const CataloguedMessage* NvMessageModule::find(unsigned long number) const {
+    const auto at = m_messages.find(number);
+    return at == m_messages.end() ? nullptr : at->second;
+}
+
+void NvMessageManager::initMS() { getInstance(); }
+void NvMessageManager::exitMS() { getInstance()->m_modules.clear(); }
+
+NvMessageManager* NvMessageManager::getInstance() {
+    static NvMessageManager manager;
+    return &manager;
+}
+
+NvMessageModule* NvMessageManager::loadModule(const char* name, NvMessageModule*) {
+    for (const auto& [known, module] : m_modules) {
+        if (known == name) {
+            return module.get();
+        }
+    }
+    return m_modules.emplace_back(name, std::make_unique<NvMessageModule>(name)).second.get();
+}
+
+const CataloguedMessage* NvMessageManager::find(std::string_view name, unsigned long number) const {
+    for (const auto& [known, module] : m_modules) {
+        if (known == name) {
+            return module->find(number);
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace juntora

@@ -1,0 +1,47 @@
+// The parameters of a message, in the order of its placeholders.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace juntora {
+
+/// Texts by position, from 0: what a message keeps of its parameters.
+class NvList {
+public:
+    std::size_t count() const { return m_ends.size(); }
+    /// `index` is below count(). Good until the list changes.
+    std::string_view at(std::size_t index) const {
+        const std::size_t start = index == 0 ? 0 : m_ends[index - 1];
+        return std::string_view(m_texts).substr(start, m_ends[index] - start);
+    }
+    void add(std::string_view text);
+
+private:
+    std::string m_texts;  ///< One behind the other.
+    std::vector<std::size_t> m_ends;
+};
+
+/// Takes each parameter as the type that it has, and keeps it as the message will show it: numbers
+/// in decimal, a double as printf's "%g" does, a text up to its NUL (null: empty).
+class NvParamList {
+public:
+    /// For a message without parameters.
+    void addParameterToList() {}
+    void addParameterToList(char value);
+    void addParameterToList(int value);
+    void addParameterToList(long value);
+    void addParameterToList(unsigned long value);
+    void addParameterToList(double value);
+    void addParameterToList(const char* value);
+
+    /// Belongs to this object.
+    const NvList* getParameterList() const { return &m_list; }
+
+private:
+    NvList m_list;
+};
+
+}  // namespace juntora

@@ -1,0 +1,37 @@
+// The door to the message service: which catalogues make up a module, and that they are read the
+// first time a message of the module is asked for.
+//
+// All message operations of a process run on one thread at a time.
+#pragma once
+
+#include <list>
+#include <map>
+#include <string>
+
+namespace juntora {
+
+class tvErrorManager {
+public:
+    virtual ~tvErrorManager();
+    /// Sees to it that the catalogues of a module have been offered to the service, once in the
+    /// process's life, whether or not all can be registered. True if none of those registered by
+    /// this call failed, and where there is nothing to do, as for a module that nobody knows.
+    virtual bool loadModuleCatalogs(const char* module);
+    /// Registers one file in one module. False after a failure, which the user has been shown.
+    virtual bool registerCatalogFile(const char* module, const char* catalogue);
+
+    /// The one instance, made at the first call, and the service started with it.
+    static tvErrorManager* getInstance();
+
+    tvErrorManager(const tvErrorManager&) = delete;
+    tvErrorManager& operator=(const tvErrorManager&) = delete;
+
+protected:
+    /// Starts the service and reads the table of modules; no catalogue.
+    tvErrorManager();
+
+    std::map<std::string, bool> loadedModules;  ///< Only the presence of a key counts.
+    std::map<std::string, std::list<std::string>> moduleCatalogs;  ///< In order of registration.
+};
+
+}  // namespace juntora
