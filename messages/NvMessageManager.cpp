@@ -63,6 +63,16 @@ const CataloguedMessage* NvMessageModule::find(unsigned long number) const {
     return at == m_messages.end() ? nullptr : at->second;
 }
 
+std::vector<const CataloguedMessage*> NvMessageModule::messages() const {
+    std::vector<const CataloguedMessage*> all;
+    all.reserve(m_messages.size());
+    for (const auto& [number, message] : m_messages) {
+        all.push_back(message);
+    }
+    std::ranges::sort(all, {}, &CataloguedMessage::number);
+    return all;
+}
+
 void NvMessageManager::initMS() { getInstance(); }
 void NvMessageManager::exitMS() { getInstance()->m_modules.clear(); }
 

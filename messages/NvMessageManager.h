@@ -40,6 +40,9 @@ public:
     /// Null if no catalogue has the number.
     const CataloguedMessage* find(unsigned long number) const;
 
+    /// All that it has, by number.
+    std::vector<const CataloguedMessage*> messages() const;
+
 private:
     void add(const Catalogue& catalogue, const std::string& path,
              std::vector<std::string>* complaints);

@@ -34,6 +34,10 @@ void addLibraryCommands(CLI::App& app, Action* action);
 /// registry get, set, delete, list
 void addRegistryCommands(CLI::App& app, Action* action);
 
+/// message text, body, help, box, dialog, list
+void addMessageCommands(CLI::App& app, Action* action);
+void addAnswersCommand(CLI::App& app, Action* action);
+
 /// Adds a command that runs `run` with its options, which live as long as the command line does.
 template <typename Options, typename Run>
 CLI::App* addCommand(CLI::App& app, const std::string& name, const std::string& description,

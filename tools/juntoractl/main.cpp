@@ -45,6 +45,8 @@ int run(int argc, char** argv) {
     addCheckCommand(app, &action);
     addRegistryCommands(app, &action);
     addLibraryCommands(app, &action);
+    addMessageCommands(app, &action);
+    addAnswersCommand(app, &action);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
