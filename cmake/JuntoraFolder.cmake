@@ -12,7 +12,8 @@ set(JUNTORA_LAYERS
     "messages"
     "ipc"
     "common"
-    "registration setup"
+    "setup"
+    "registration"
     "hub"
     "bridge"
     "shell")

@@ -5,6 +5,7 @@
 
 #include "messages/Catalogue.h"
 #include "messages/NvMessageManager.h"
+#include "platform/files/installRoot.h"
 #include "platform/files/status.h"
 #include "platform/files/wholeFile.h"
 #include "platform/kernel/process.h"
@@ -16,15 +17,11 @@ constexpr char FOLDER_VARIABLE[] = "JUNTORA_CATALOGUES";
 constexpr char TABLE_FILE[] = "modules.txt";
 constexpr std::string_view BLANKS = " \t\r";
 
-std::string folderAbove(const std::string& path) { return path.substr(0, path.rfind('/')); }
-
 /// Each ends in a separator.
 std::vector<std::string> catalogueFolders() {
     std::vector<std::string> folders;
-    char program[4096];
-    if (GetModuleFileNameA(program, sizeof program) > 0) {
-        folders.push_back(folderAbove(folderAbove(program)) + "/share/" + NvMrdUtil::product() +
-                          "/catalogues/");
+    if (const std::string root = InstallRoot(); !root.empty()) {
+        folders.push_back(root + "/share/" + NvMrdUtil::product() + "/catalogues/");
     }
     const char* named = GetEnvironment(FOLDER_VARIABLE);
     if (named && *named != '\0') {
@@ -86,6 +83,12 @@ std::string readCatalogueFile(const std::string& name, std::string* bytes, std::
             return why;
         }
         folders += (folders.empty() ? "" : " or ") + folder;
+    }
+    if (folders.empty()) {
+        return "The message catalogue " + name +
+               " was not looked for: the program lies outside of an installation. Name the "
+               "installation in JUNTORA_ROOT, or the catalogue's folder in " +
+               FOLDER_VARIABLE + ".";
     }
     return "The message catalogue " + name + " is not in " + folders +
            ". Install it there, or name its folder in " + FOLDER_VARIABLE + ".";

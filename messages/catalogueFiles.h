@@ -1,8 +1,7 @@
 // Where catalogues lie, and the table of modules that tells which of them make up a module.
 //
-// Both are looked for in two folders, in this order: share/PRODUCT/catalogues
-// below the install root, which is the folder above the one of the running program; then the one
-// that JUNTORA_CATALOGUES names.
+// Both are looked for in two folders, in this order: share/PRODUCT/catalogues below the install
+// root (platform/files/installRoot.h); then the one that JUNTORA_CATALOGUES names.
 #pragma once
 
 #include <functional>

@@ -7,6 +7,7 @@ set(PLATFORM_FILES_SOURCES
     files/MountTable.cpp
     files/Wildcard.cpp
     files/drives.cpp
+    files/installRoot.cpp
     files/paths.cpp
     files/search.cpp
     files/shell.cpp

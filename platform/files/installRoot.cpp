@@ -1,0 +1,44 @@
+#include "platform/files/installRoot.h"
+
+#include <string_view>
+
+#include "platform/files/HostPath.h"
+#include "platform/files/attributes.h"
+#include "platform/files/status.h"
+#include "platform/kernel/process.h"
+
+namespace juntora {
+namespace {
+
+constexpr char ROOT_VARIABLE[] = "JUNTORA_ROOT";
+constexpr std::string_view PROGRAMS = "/bin/";
+constexpr char INSTALLED[] = "/share/voltara";
+
+/// A program does not move while it runs.
+std::string rootOfProgram() {
+    char program[4096];
+    const std::string path(program, GetModuleFileNameA(program, sizeof program));
+    const std::string folder = path.substr(0, path.rfind('/') + 1);
+    if (!folder.ends_with(PROGRAMS)) {
+        return "";
+    }
+    const std::string root = folder.substr(0, folder.size() - PROGRAMS.size());
+    return GetFileAttributesA((root + INSTALLED).c_str()) != INVALID_FILE_ATTRIBUTES ? root : "";
+}
+
+}  // namespace
+
+std::string InstallRoot() {
+    const char* named = GetEnvironment(ROOT_VARIABLE);
+    if (!named || *named == '\0') {
+        static const std::string root = rootOfProgram();
+        return root;
+    }
+    std::string root = files::hostPath(named);
+    while (root.size() > 1 && root.ends_with('/')) {
+        root.pop_back();
+    }
+    return root;
+}
+
+}  // namespace juntora
