@@ -18,7 +18,7 @@ public:
 
     /// Makes the dialog and runs a message loop until EndDialog. Returns EndDialog's result, -1
     /// when the dialog cannot be made (as above).
-    int DoModal();
+    virtual int DoModal();
 
     /// Ends the loop of DoModal once the present message has been handled. A dialog without a loop
     /// of its own is hidden.

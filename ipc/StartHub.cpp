@@ -18,6 +18,7 @@ constexpr char HUB_PROGRAM[] = "Juntora.exe";
 constexpr std::size_t COMMAND_LINE_LIMIT = 1040;
 constexpr DWORD IDLE_WAIT = 5'000;
 constexpr unsigned long HUB_NOT_STARTED = 1821;
+
 /// The command line for the hub in `folder`: it gets this program's arguments, up to the last that
 /// fits whole.
 std::string commandLine(const std::string& folder) {

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cstring>
+#include <span>
 #include <string>
 
 #include "framework/CWinApp.h"
 #include "messages/dnsResources.h"
 #include "messages/storedAnswers.h"
 #include "platform/desktop/message.h"
+#include "platform/desktop/view.h"
 #include "platform/dialog/TextSize.h"
 #include "platform/dialog/dialog.h"
 
@@ -18,7 +20,8 @@ constexpr int BUTTONS[] = {IDC_DNS_FIRST, IDC_DNS_SECOND, IDC_DNS_THIRD};
 constexpr int MOST_TEXT = 1000;
 constexpr int TALLEST_LINE = 16;
 constexpr int GAP = 8;
-/// Stands for the width of the main window's client area in a program that has none.
+/// Stands for the width of the main window's client area in a program that has none, or one without
+/// any width.
 constexpr int WIDTH_WITHOUT_MAIN_WINDOW = 640;
 
 /// The buttons of a style, and what stands on them; null: what the template has.
@@ -49,12 +52,19 @@ RECT clientOf(HWND window) {
 
 int mainRight() {
     const CWnd* main = AfxGetMainWnd();
-    return main && main->m_hWnd != 0 ? clientOf(main->m_hWnd).right : WIDTH_WITHOUT_MAIN_WINDOW;
+    const int width = main ? clientOf(main->m_hWnd).right : 0;
+    return width > 0 ? width : WIDTH_WITHOUT_MAIN_WINDOW;
 }
 
 void moveTo(HWND window, const RECT& place) {
     SetWindowPos(window, HWND_TOP, place.left, place.top, place.right - place.left,
                  place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+CString applicationTitle() {
+    CString title;
+    title.LoadString(IDS_APPLICATION_TITLE);
+    return title.IsEmpty() ? AfxGetAppName() : title;
 }
 
 int lengthOf(const char* label) { return label ? static_cast<int>(std::strlen(label)) : 0; }
@@ -88,11 +98,29 @@ void CNVMDnsDialog::DoDataExchange(CDataExchange* exchange) {
     DDV_MaxChars(exchange, text, MOST_TEXT);
 }
 
+int CNVMDnsDialog::DoModal() {
+    if (EnsureScreen()) {
+        const int result = CDialog::DoModal();
+        if (result != dialog::NOT_SHOWN) {
+            return result;
+        }
+    }
+    dialog::PrintUnseenBox(text, applicationTitle(), firstLabel());
+    return IDC_DNS_FIRST;
+}
+
+const char* CNVMDnsDialog::firstLabel() const {
+    const ButtonRow* row = rowOf(style);
+    if (labels && row && row->count > 1) {
+        return labels->first ? labels->first : "";
+    }
+    return row && row->labels[0] ? row->labels[0] : "OK";
+}
+
 BOOL CNVMDnsDialog::OnInitDialog() {
     CDialog::OnInitDialog();
-    CString title;
-    title.LoadString(IDS_APPLICATION_TITLE);
-    SetWindowTextA(m_hWnd, title.IsEmpty() ? AfxGetAppName() : title);
+    SetWindowTextA(m_hWnd, applicationTitle());
+    watch.start(m_hWnd);
     layOutText();
     placeButtons();
     placeCheckBox();
@@ -113,6 +141,7 @@ void CNVMDnsDialog::layOutText() {
         CalculateTextRect(text, &textRect);
         singleLine = singleLine != 0 || textRect.bottom <= TALLEST_LINE ? 1 : 0;
     };
+    shortenText(main / 2 + 16);
     measure();
     textRect.right = main / 2 + 16;
     measure();
@@ -120,7 +149,6 @@ void CNVMDnsDialog::layOutText() {
     textRect.bottom += 2;
     textRect.right += iconWidth;
     textRect.left = iconWidth;
-    moveTo(area, textRect);
     showText(area);
     const int width = std::max(textRect.right + 18, dialogRect.right) + 30;
     const int height = dialogRect.bottom + textRect.bottom - before.bottom;
@@ -128,15 +156,38 @@ void CNVMDnsDialog::layOutText() {
     GetWindowRect(m_hWnd, &dialogRect);
 }
 
-/// What shows the text breaks it where it has been measured, whatever its own font.
+/// What shows the text breaks it where it has been measured, whatever its own font. What is too
+/// long for one control goes on in others below it.
 void CNVMDnsDialog::showText(HWND area) {
-    std::string shown;
-    for (const std::string& line :
-         dialog::BreakLines(static_cast<const char*>(text), textRect.right - textRect.left)) {
-        shown += (shown.empty() ? "" : "\n") + line;
-    }
-    SetWindowTextA(area, shown.c_str());
+    const auto pieces = dialog::PiecesOfLines(
+        dialog::BreakLines(static_cast<const char*>(text), textRect.right - textRect.left));
+    const auto placeOf = [this](const dialog::TextPiece& piece) {
+        const int top = textRect.top + piece.firstLine * dialog::FONT_HEIGHT;
+        return RECT{textRect.left, top, textRect.right,
+                    top + piece.lineCount * dialog::FONT_HEIGHT};
+    };
+    SetWindowTextA(area, pieces.front().text.c_str());
     ModifyWindowStyle(area, SS_CENTER, singleLine != 0 ? SS_CENTER : SS_LEFT);
+    moveTo(area, pieces.size() == 1 ? textRect : placeOf(pieces.front()));
+    for (const dialog::TextPiece& piece : std::span(pieces).subspan(1)) {
+        const RECT place = placeOf(piece);
+        CreateWindowExA(0, "Static", piece.text.c_str(),
+                        WS_CHILD | WS_VISIBLE | SS_LEFT | SS_NOPREFIX, place.left, place.top,
+                        place.right - place.left, place.bottom - place.top, m_hWnd, -1, 0);
+    }
+}
+
+/// A person must be able to reach the buttons.
+void CNVMDnsDialog::shortenText(int width) {
+    const auto lines = dialog::BoxLines(static_cast<const char*>(text), width);
+    if (lines.back() != "...") {
+        return;
+    }
+    std::string shortened;
+    for (const std::string& line : lines) {
+        shortened += (shortened.empty() ? "" : "\n") + line;
+    }
+    text = CString(shortened);
 }
 
 void CNVMDnsDialog::placeButtons() {
@@ -222,9 +273,16 @@ const AFX_MSGMAP& CNVMDnsDialog::GetMessageMap() const {
         ON_COMMAND<&CNVMDnsDialog::OnFirst>(IDC_DNS_FIRST),
         ON_COMMAND<&CNVMDnsDialog::OnSecond>(IDC_DNS_SECOND),
         ON_COMMAND<&CNVMDnsDialog::OnThird>(IDC_DNS_THIRD),
+        ON_MESSAGE<&CNVMDnsDialog::OnTimer>(WM_TIMER),
     };
     static const AFX_MSGMAP map{&CDialog::GetMessageMap(), entries};
     return map;
+}
+
+void CNVMDnsDialog::OnTimer(std::uintptr_t id) {
+    if (id == dialog::ScreenWatch::TIMER && watch.isUnseen()) {
+        EndDialog(dialog::NOT_SHOWN);
+    }
 }
 
 void CNVMDnsDialog::OnFirst() { press(IDC_DNS_FIRST); }

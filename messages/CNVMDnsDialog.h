@@ -1,9 +1,13 @@
 // A message box that the user can switch off: a text, up to three buttons, an icon, and a check box
-// that says that the question need not be asked again. It takes the size that its text needs.
+// that says that the question need not be asked again. It takes the size that its text needs; of
+// one with more than 40 lines it shows the first.
 #pragma once
+
+#include <cstdint>
 
 #include "framework/CDialog.h"
 #include "framework/CString.h"
+#include "platform/dialog/UnseenBox.h"
 
 namespace juntora {
 
@@ -26,6 +30,12 @@ public:
                   unsigned icon, unsigned helpContext, int showCheckBox,
                   const DnsButtonLabels* labels);
 
+    /// Asks, and returns the button: IDC_DNS_FIRST, _SECOND or _THIRD (dnsResources.h); IDCANCEL if
+    /// the box was closed otherwise, which remembers nothing. Where no screen can show it, or has
+    /// for ten seconds, the text goes to standard error, the first button is the answer, and that
+    /// is not remembered either. -1 if the dialog cannot be made.
+    int DoModal() override;
+
 protected:
     const AFX_MSGMAP& GetMessageMap() const override;
     void DoDataExchange(CDataExchange* exchange) override;
@@ -33,7 +43,9 @@ protected:
 
 private:
     void layOutText();
+    void shortenText(int width);
     void showText(HWND area);
+    const char* firstLabel() const;
     void placeButtons();
     void placeInRow(int width, int count, const int (&widths)[3]);
     void placeLabelled(int width, int count, const int (&widths)[3]);
@@ -42,6 +54,7 @@ private:
     void OnFirst();
     void OnSecond();
     void OnThird();
+    void OnTimer(std::uintptr_t id);
     void press(int code);
 
     int dontShowAgain = 0;
@@ -56,6 +69,7 @@ private:
     RECT dialogRect{};
     RECT textRect{};
     int singleLine = 0;  ///< The text fits one line, and stands in the middle.
+    dialog::ScreenWatch watch;
 };
 
 }  // namespace juntora

@@ -14,7 +14,7 @@ namespace {
 
 constexpr unsigned MOST_PARAMETERS = 9;
 constexpr unsigned PARSING = pugi::parse_minimal | pugi::parse_escapes | pugi::parse_cdata |
-                             pugi::parse_eol | pugi::parse_trim_pcdata;
+                             pugi::parse_eol | pugi::parse_trim_pcdata | pugi::parse_doctype;
 
 struct Kind {
     std::string_view word;
@@ -45,11 +45,11 @@ std::optional<std::uint32_t> numberOf(std::string_view text) {
 /// What stands in an element that may hold text alone; nothing where it holds anything else.
 std::optional<std::string_view> textIn(const pugi::xml_node& element) {
     const pugi::xml_node first = element.first_child();
-    const bool isText = first.type() == pugi::node_pcdata || first.type() == pugi::node_cdata;
-    if (!isText || first.next_sibling()) {
-        return std::nullopt;
+    if (!first) {
+        return "";
     }
-    return first.value();
+    const bool isText = first.type() == pugi::node_pcdata || first.type() == pugi::node_cdata;
+    return isText && !first.next_sibling() ? std::optional(first.value()) : std::nullopt;
 }
 
 /// What is wrong with the placeholders of a text, empty if nothing is. Each parameter must be shown
@@ -80,6 +80,10 @@ std::string placeholderMistake(std::string_view text, unsigned parameters) {
 
 }  // namespace
 
+std::string_view kindWord(nvm_msg_type type) {
+    return std::ranges::find(KINDS, type, &Kind::type)->word;
+}
+
 struct Catalogue::Document {
     pugi::xml_document xml;
 };
@@ -91,7 +95,7 @@ Catalogue::~Catalogue() = default;
 class CatalogueReader {
 public:
     CatalogueReader(std::string_view bytes, const std::string& file, const std::string& module,
-                    std::vector<std::string>* complaints)
+                    Complaints* complaints)
         : m_bytes(bytes), m_file(file), m_module(module), m_complaints(complaints) {}
 
     std::unique_ptr<Catalogue> read() {
@@ -112,11 +116,24 @@ private:
         const pugi::xml_parse_result result =
             document->load_buffer(m_bytes.data(), m_bytes.size(), PARSING, pugi::encoding_utf8);
         if (result) {
-            return true;
+            return hasNoDocumentType(*document);
         }
         complainAt(static_cast<std::size_t>(std::max<std::ptrdiff_t>(result.offset, 0)),
                    std::string("this is no well-formed XML: ") + result.description());
         return false;
+    }
+
+    /// It could name entities, which nothing here would put into the texts.
+    bool hasNoDocumentType(const pugi::xml_document& document) {
+        for (const pugi::xml_node& node : document.children()) {
+            if (node.type() == pugi::node_doctype) {
+                complain(node,
+                         "a catalogue has no <!DOCTYPE>: what its entities stand for is to be "
+                         "written where they are");
+                return false;
+            }
+        }
+        return true;
     }
 
     bool isOfModule(const pugi::xml_node& root) {
@@ -219,7 +236,8 @@ private:
     }
 
     void complainAt(std::size_t offset, const std::string& what) {
-        m_complaints->push_back(m_file + ":" + std::to_string(lineOf(offset)) + ": " + what + ".");
+        m_complaints->add(
+            [&] { return m_file + ":" + std::to_string(lineOf(offset)) + ": " + what + "."; });
     }
 
     /// Most often asked for in the order of the file.
@@ -237,15 +255,14 @@ private:
     const std::string_view m_bytes;
     const std::string& m_file;
     const std::string& m_module;
-    std::vector<std::string>* const m_complaints;
+    Complaints* const m_complaints;
     std::unordered_set<std::uint32_t> m_numbers;  ///< Empty while they come in order.
     std::size_t m_offset = 0;                     ///< Up to where lines have been counted.
     std::size_t m_line = 1;
 };
 
 std::unique_ptr<Catalogue> Catalogue::read(std::string_view bytes, const std::string& file,
-                                           const std::string& module,
-                                           std::vector<std::string>* complaints) {
+                                           const std::string& module, Complaints* complaints) {
     return CatalogueReader(bytes, file, module, complaints).read();
 }
 

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "messages/Complaints.h"
 #include "messages/NvMessage.h"
 
 namespace juntora {
@@ -19,6 +20,9 @@ struct CataloguedMessage {
     std::string_view text;     ///< With "%1" to "%9" for the parameters, and "%%" for a "%".
     std::string_view help;     ///< An HTML page; empty for none.
 };
+
+/// The word by which a catalogue names a kind.
+std::string_view kindWord(nvm_msg_type type);
 
 class Catalogue {
 public:
@@ -34,8 +38,7 @@ public:
     /// message's number. A message with a mistake is left out, a file that is no catalogue of the
     /// module has none. Never null.
     static std::unique_ptr<Catalogue> read(std::string_view bytes, const std::string& file,
-                                           const std::string& module,
-                                           std::vector<std::string>* complaints);
+                                           const std::string& module, Complaints* complaints);
 
     /// In the file's order, each number once.
     const std::vector<CataloguedMessage>& messages() const { return m_messages; }

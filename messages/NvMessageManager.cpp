@@ -13,17 +13,13 @@ std::string& productName() {
     return name;
 }
 
-/// A file with many mistakes is one whose first ones are worth reading.
-constexpr std::size_t MOST_COMPLAINTS = 8;
-
-void tell(const std::vector<std::string>& complaints, const std::string& file, NvStatus* status) {
-    const std::size_t told = std::min(complaints.size(), MOST_COMPLAINTS);
-    for (std::size_t i = 0; i < told; ++i) {
-        status->addFailure(complaints[i]);
+void tell(const Complaints& complaints, const std::string& file, NvStatus* status) {
+    for (const std::string& complaint : complaints.kept()) {
+        status->addFailure(complaint);
     }
-    if (told < complaints.size()) {
-        status->addFailure(file + ": and " + std::to_string(complaints.size() - told) +
-                           " mistakes more.");
+    if (const std::size_t more = complaints.count() - complaints.kept().size(); more > 0) {
+        status->addFailure(file + ": and " + std::to_string(more) +
+                           (more == 1 ? " mistake more." : " mistakes more."));
     }
 }
 
@@ -40,7 +36,7 @@ NvMessageCatalog* NvMessageModule::registerCatalog(const char* file, NvStatus* s
         status->addFailure(failure);
         return nullptr;
     }
-    std::vector<std::string> complaints;
+    Complaints complaints;
     m_catalogues.push_back(Catalogue::read(bytes, path, m_name, &complaints));
     add(*m_catalogues.back(), path, &complaints);
     tell(complaints, path, status);
@@ -48,12 +44,14 @@ NvMessageCatalog* NvMessageModule::registerCatalog(const char* file, NvStatus* s
 }
 
 void NvMessageModule::add(const Catalogue& catalogue, const std::string& path,
-                          std::vector<std::string>* complaints) {
+                          Complaints* complaints) {
     m_messages.reserve(m_messages.size() + catalogue.messages().size());
     for (const CataloguedMessage& message : catalogue.messages()) {
         if (!m_messages.emplace(message.number, &message).second) {
-            complaints->push_back(path + ": message " + std::to_string(message.number) +
-                                  " is in another catalogue of " + m_name + " already.");
+            complaints->add([&] {
+                return path + ": message " + std::to_string(message.number) +
+                       " is in another catalogue of " + m_name + " already.";
+            });
         }
     }
 }

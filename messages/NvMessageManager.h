@@ -44,8 +44,7 @@ public:
     std::vector<const CataloguedMessage*> messages() const;
 
 private:
-    void add(const Catalogue& catalogue, const std::string& path,
-             std::vector<std::string>* complaints);
+    void add(const Catalogue& catalogue, const std::string& path, Complaints* complaints);
 
     const std::string m_name;
     std::vector<std::unique_ptr<Catalogue>> m_catalogues;

@@ -5,9 +5,9 @@
 namespace juntora {
 namespace {
 
-/// "TVCOMMN-1821".
+/// "TVCOMMN-1821". Those who ask for an answer have the number as an int.
 std::string keyOf(const char* module, unsigned long number) {
-    return module + ("-" + std::to_string(number));
+    return module + ("-" + std::to_string(static_cast<int>(number)));
 }
 
 }  // namespace

@@ -4,13 +4,14 @@
 #include <deque>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/desktop/message.h"
-#include "platform/desktop/view.h"
 #include "platform/desktop/window.h"
 #include "platform/dialog/DialogState.h"
 #include "platform/dialog/TextSize.h"
+#include "platform/dialog/UnseenBox.h"
 #include "platform/dialog/dialog.h"
 
 namespace juntora::dialog {
@@ -81,7 +82,6 @@ constexpr int BUTTON_WIDTH = 50;
 constexpr int BUTTON_HEIGHT = 14;
 constexpr int BUTTON_GAP = 4;
 constexpr int WIDEST_TEXT = 260;
-constexpr std::size_t MOST_LINES = 40;  ///< The buttons are to stay on the display.
 
 int unitsAcross(int pixels) { return (4 * pixels + FONT_WIDTH - 1) / FONT_WIDTH; }
 
@@ -93,36 +93,17 @@ struct BoxLayout {
     int height = 0;
 };
 
-/// A control keeps a bounded text (window.h); a long one goes into several, one below the other.
-constexpr std::size_t LONGEST_CONTROL_TEXT = 500;
-
 void addLines(BoxLayout& box, const std::vector<std::string>& lines, int left, int top, int width) {
-    DialogControl control{-1,   "Static", "",    WS_VISIBLE | SS_LEFT | SS_NOPREFIX,
-                          left, top,      width, 0};
-    for (const std::string& line : lines) {
-        const bool fits =
-            control.height != 0 && box.texts.back().size() + line.size() < LONGEST_CONTROL_TEXT;
-        if (!fits) {
-            box.texts.push_back(line);
-            control.y = top;
-            control.height = LINE_HEIGHT;
-            box.controls.push_back(control);
-        } else {
-            box.texts.back() += '\n' + line;
-            control.height += LINE_HEIGHT;
-        }
-        box.controls.back().height = control.height;
-        box.controls.back().text = box.texts.back().c_str();
-        top += LINE_HEIGHT;
+    for (TextPiece& piece : PiecesOfLines(lines)) {
+        box.texts.push_back(std::move(piece.text));
+        box.controls.push_back(
+            {-1, "Static", box.texts.back().c_str(), WS_VISIBLE | SS_LEFT | SS_NOPREFIX, left,
+             top + piece.firstLine * LINE_HEIGHT, width, piece.lineCount * LINE_HEIGHT});
     }
 }
 
 void addText(BoxLayout& box, const char* text, int icon) {
-    auto lines = BreakLines(text, WIDEST_TEXT * FONT_WIDTH / 4);
-    if (lines.size() > MOST_LINES) {
-        lines.resize(MOST_LINES);
-        lines.push_back("...");
-    }
+    const auto lines = BoxLines(text, WIDEST_TEXT * FONT_WIDTH / 4);
     int widest = 0;
     for (const std::string& line : lines) {
         widest = std::max(widest, unitsAcross(TextWidth(line)));
@@ -156,26 +137,12 @@ void addButtons(BoxLayout& box, UINT flags) {
     box.height += BUTTON_HEIGHT + MARGIN;
 }
 
-constexpr std::uintptr_t WATCH_TIMER = 1;
-constexpr DWORD WATCH_MILLISECONDS = 1000;
-constexpr int UNSEEN_TICKS = 10;
-
 /// What the running box knows of itself.
 struct RunningBox {
     const BoxKind& kind;
     int defaultButton;
-    int unseenTicks = 0;
+    ScreenWatch watch{};
 };
-
-/// A screen that has gone is started anew where that can be; nobody waits for ever for one that
-/// does not come.
-void watchScreen(HWND dialog, RunningBox& box) {
-    EnsureScreen();
-    box.unseenTicks = FindScreen() != 0 ? 0 : box.unseenTicks + 1;
-    if (box.unseenTicks >= UNSEEN_TICKS) {
-        EndDialog(dialog, NOT_SHOWN);
-    }
-}
 
 bool isButtonOf(const BoxKind& kind, int id) {
     const auto buttons = buttonsOf(kind);
@@ -201,16 +168,19 @@ BOOL handleBox(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_INITDIALOG) {
         SetWindowUserData(dialog, lParam);
         const auto state = FindDialog(dialog);
-        state->focus = state->control(reinterpret_cast<const RunningBox*>(lParam)->defaultButton);
-        SetTimer(dialog, WATCH_TIMER, WATCH_MILLISECONDS, nullptr);
+        auto* starting = reinterpret_cast<RunningBox*>(lParam);
+        state->focus = state->control(starting->defaultButton);
+        starting->watch.start(dialog);
         return 1;
     }
     auto* box = reinterpret_cast<RunningBox*>(GetWindowUserData(dialog));
     if (box == nullptr) {
         return 0;
     }
-    if (message == WM_TIMER && wParam == WATCH_TIMER) {
-        watchScreen(dialog, *box);
+    if (message == WM_TIMER && wParam == ScreenWatch::TIMER) {
+        if (box->watch.isUnseen()) {
+            EndDialog(dialog, NOT_SHOWN);
+        }
         return 1;
     }
     if (message == WM_COMMAND) {

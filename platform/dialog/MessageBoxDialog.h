@@ -15,11 +15,8 @@ struct BoxButton {
 /// where the flags ask for one that the box does not have.
 const BoxButton& DefaultButton(UINT flags);
 
-/// What ShowMessageBox returns when nobody could see the box.
-inline constexpr int NOT_SHOWN = 0;
-
 /// Shows the box and waits for the answer in a message loop of its own; the button's id is the
-/// result. A box that no screen has shown for ten seconds on end is taken back.
+/// result. A box that nobody sees is taken back: NOT_SHOWN (UnseenBox.h).
 int ShowMessageBox(HWND owner, const char* text, const char* caption, UINT flags);
 
 }  // namespace juntora::dialog

@@ -7,6 +7,9 @@
 namespace juntora::dialog {
 namespace {
 
+constexpr std::size_t MOST_BOX_LINES = 40;
+constexpr std::size_t LONGEST_CONTROL_TEXT = 500;
+
 constexpr int NARROW = 3;
 constexpr int SLIM = 4;
 constexpr int USUAL = 6;
@@ -46,24 +49,36 @@ std::string_view takeFitting(std::string_view* word, int width) {
     return taken;
 }
 
+/// Looks no further than it must: a word may be as long as a file.
+bool fits(std::string_view line, int width) {
+    int used = 0;
+    for (const char c : line) {
+        used += widthOf(c);
+        if (used > width) {
+            return false;
+        }
+    }
+    return true;
+}
+
 void breakLine(std::string_view line, int width, std::vector<std::string>* lines) {
     std::string current;
     while (!line.empty()) {
         const std::size_t blanks = std::min(line.find_first_not_of(' '), line.size());
         const std::size_t end = std::min(line.find(' ', blanks), line.size());
         const std::string_view piece = line.substr(0, end);
-        if (!current.empty() && TextWidth(current) + TextWidth(piece) > width) {
+        if (!current.empty() && !fits(piece, width - TextWidth(current))) {
             lines->push_back(std::move(current));
             current = piece.substr(std::min(blanks, piece.size()));
         } else {
             current += piece;
         }
         line.remove_prefix(end);
-        while (TextWidth(current) > width) {
-            std::string_view rest(current);
+        std::string_view rest(current);
+        while (!fits(rest, width)) {
             lines->emplace_back(takeFitting(&rest, width));
-            current = std::string(rest);
         }
+        current.erase(0, current.size() - rest.size());
     }
     lines->push_back(std::move(current));
 }
@@ -90,6 +105,30 @@ std::vector<std::string> BreakLines(std::string_view text, int width) {
         }
         text.remove_prefix(end + 1);
     }
+}
+
+std::vector<std::string> BoxLines(std::string_view text, int width) {
+    std::vector<std::string> lines = BreakLines(text, width);
+    if (lines.size() > MOST_BOX_LINES) {
+        lines.resize(MOST_BOX_LINES);
+        lines.emplace_back("...");
+    }
+    return lines;
+}
+
+std::vector<TextPiece> PiecesOfLines(const std::vector<std::string>& lines) {
+    std::vector<TextPiece> pieces;
+    int number = 0;
+    for (const std::string& line : lines) {
+        if (pieces.empty() || pieces.back().text.size() + line.size() >= LONGEST_CONTROL_TEXT) {
+            pieces.push_back({line, number, 1});
+        } else {
+            pieces.back().text += '\n' + line;
+            ++pieces.back().lineCount;
+        }
+        ++number;
+    }
+    return pieces;
 }
 
 }  // namespace juntora::dialog

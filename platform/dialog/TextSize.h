@@ -20,4 +20,16 @@ int TextWidth(std::string_view line);
 /// none is wider than `width` pixels. Line ends of the text stay ("\n", "\r\n").
 std::vector<std::string> BreakLines(std::string_view text, int width);
 
+/// The same for a box of which the buttons are to stay on the display: 40 lines at most, then
+/// "...".
+std::vector<std::string> BoxLines(std::string_view text, int width);
+
+/// Lines that one control can show: it keeps a bounded text (window.h).
+struct TextPiece {
+    std::string text;  ///< With "\n" between the lines.
+    int firstLine;     ///< From 0.
+    int lineCount;
+};
+std::vector<TextPiece> PiecesOfLines(const std::vector<std::string>& lines);
+
 }  // namespace juntora::dialog

@@ -1,34 +1,13 @@
-// Message boxes. On a desktop that no screen shows the text goes to standard error, where whoever
-// started the program may see it, and the default button is the answer. Waiting would be waiting
-// for ever, and a hub or a tool that waits serves nobody.
+// Message boxes. On a desktop that no screen shows the default button is the answer (UnseenBox.h).
 #include <new>
-#include <string>
-#include <string_view>
 
 #include "platform/desktop/view.h"
 #include "platform/dialog/MessageBoxDialog.h"
+#include "platform/dialog/UnseenBox.h"
 #include "platform/dialog/dialog.h"
-#include "platform/kernel/errorOutput.h"
-#include "platform/kernel/printable.h"
 
 namespace juntora {
 namespace {
-
-/// The text as it is printed, with `indent` before each of its lines. Part of it may come from
-/// another process.
-std::string indented(std::string_view text, std::string_view indent) {
-    std::string result;
-    for (std::size_t end = 0; end != text.npos;) {
-        end = text.find('\n');
-        std::string_view line = text.substr(0, end);
-        if (line.ends_with('\r')) {
-            line.remove_suffix(1);
-        }
-        result.append(result.empty() ? "" : "\n").append(indent).append(PrintableText(line));
-        text.remove_prefix(end == text.npos ? text.size() : end + 1);
-    }
-    return result;
-}
 
 /// Counts the boxes of this thread that stand one inside the other: each loop serves what makes the
 /// next one, and all of them lie on one stack.
@@ -48,17 +27,6 @@ private:
 
 thread_local int NestedBox::t_depth = 0;
 
-void printBox(const char* text, const char* caption, const char* answer) {
-    try {
-        const std::string block = "[" + PrintableText(caption ? caption : "Error") + "]\n" +
-                                  indented(text ? text : "", "    ") + "\n    (answered \"" +
-                                  answer + "\": no screen shows this desktop)\n";
-        kernel::WriteToErrors(block);
-    } catch (...) {
-        kernel::WriteToErrors("A message could not be shown: out of memory.\n");
-    }
-}
-
 }  // namespace
 
 int MessageBoxA(HWND owner, const char* text, const char* caption, UINT flags) {
@@ -76,7 +44,7 @@ int MessageBoxA(HWND owner, const char* text, const char* caption, UINT flags) {
     if (answer != NOT_SHOWN) {
         return answer;
     }
-    printBox(text, caption, fallback.name);
+    PrintUnseenBox(text, caption, fallback.name);
     return fallback.id;
 }
 

@@ -8,8 +8,9 @@ set(PLATFORM_DIALOG_SOURCES
     dialog/ListItems.cpp
     dialog/ModalLoop.cpp
     dialog/Static.cpp
-    dialog/TextSize.cpp
     dialog/MessageBoxDialog.cpp
+    dialog/TextSize.cpp
+    dialog/UnseenBox.cpp
     dialog/dialogKeys.cpp
     dialog/messageBox.cpp
     dialog/resources.cpp

@@ -273,6 +273,40 @@ TEST_F(ScreenTest, AMessageBoxIsAnsweredByThePersonWhoSeesItWhileAnotherProgramI
     ASSERT_EQ(0, kill(m_hub->pid(), SIGCONT));
 }
 
+TEST_F(ScreenTest, AQuestionIsAskedUntilItsAnswerIsToBeRemembered) {
+    constexpr char TITLE[] = "juntoractl";
+    constexpr int NO = 7;
+    constexpr int CANCEL = 3;
+    constexpr int TICK = 60022;
+    setenv("JUNTORA_REGISTRY", (sandbox().runtimeFolder() + "/registry").c_str(), 1);
+    const auto ask = [this] {
+        return ChildProcess("juntoractl", {"message", "dialog", "TVCOMMN", "1821", "--style", "3"},
+                            {m_display.environment()});
+    };
+    const auto click = [&](const std::string& window, int control) {
+        const HWND box = FindWindowA(nullptr, TITLE);
+        RECT whole{};
+        RECT place{};
+        GetClientRect(box, &whole);
+        ASSERT_TRUE(GetWindowRect(GetDlgItem(box, control), &place)) << control;
+        m_display.click(window, 1, (place.left + place.right) / 2, (place.top + place.bottom) / 2,
+                        whole.right, whole.bottom);
+    };
+    ChildProcess first = ask();
+    click(m_display.visibleWindow(TITLE), NO);
+    EXPECT_EQ(first.readLine(), "7");
+    EXPECT_EQ(first.wait(), 0);
+
+    ChildProcess second = ask();
+    const std::string window = m_display.visibleWindow(TITLE);
+    click(window, TICK);
+    click(window, CANCEL);
+    EXPECT_EQ(second.readLine(), "3");
+    EXPECT_EQ(second.wait(), 0);
+    EXPECT_EQ(ask().readLine(), "3") << "without a question";
+    unsetenv("JUNTORA_REGISTRY");
+}
+
 TEST_F(HubProcess, WithoutADisplayTheHubRunsAndSaysNothing) {
     startHub({}, "juntora", {"DISPLAY=:65000", "JUNTORA_SCREEN=", "QT_QPA_PLATFORM=xcb"});
     const HWND tool = attach("Draftel");

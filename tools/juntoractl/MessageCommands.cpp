@@ -98,7 +98,10 @@ int enter(const Options& options, unsigned long* number, NvStatus* status) {
         return EXIT_CODE_REFUSED;
     }
     if (entered == NVM_WRONG_PARAMETERS) {
-        complain("the message has another number of parameters than were given");
+        complain("the message takes another number of parameters than " +
+                 std::to_string(options.parameters.size()) + "; see \"juntoractl message list " +
+                 options.module + " --json\"");
+        return EXIT_CODE_USAGE;
     }
     return EXIT_CODE_DONE;
 }
@@ -120,10 +123,10 @@ int printMessage(const Options& options, const char* name,
     return EXIT_CODE_DONE;
 }
 
-int text(const Options& options) { return printMessage(options, "text", getStatusText); }
-int body(const Options& options) { return printMessage(options, "body", getStatusBody); }
+int printText(const Options& options) { return printMessage(options, "text", getStatusText); }
+int printBody(const Options& options) { return printMessage(options, "body", getStatusBody); }
 
-int help(const Options& options) {
+int openHelp(const Options& options) {
     if (options.json) {
         return printMessage(options, "help", getStatusHelp);
     }
@@ -148,7 +151,7 @@ int printButton(const Options& options, int button) {
     return EXIT_CODE_DONE;
 }
 
-int box(const Options& options) {
+int showBox(const Options& options) {
     NvStatus status(false);
     unsigned long number = 0;
     const int code = enter(options, &number, &status);
@@ -161,7 +164,7 @@ public:
     bool InitInstance() override { return false; }
 };
 
-int dialog(const Options& options) {
+int ask(const Options& options) {
     const Application application;
     NvStatus status(false);
     unsigned long number = 0;
@@ -188,6 +191,7 @@ void printListed(const Options& options, const std::string& module,
     if (options.json) {
         printJson({{"module", module},
                    {"number", message.number},
+                   {"kind", kindWord(message.type)},
                    {"parameters", message.parameters},
                    {"text", message.text},
                    {"help", !message.help.empty()}});
@@ -196,7 +200,7 @@ void printListed(const Options& options, const std::string& module,
     }
 }
 
-int list(const Options& options) {
+int listMessages(const Options& options) {
     tvErrorManager* manager = tvErrorManager::getInstance();
     bool hasAny = false;
     for (const std::string& module : modulesOf(options)) {
@@ -235,17 +239,20 @@ void addMessageCommands(CLI::App& app, Action* action) {
         app.add_subcommand("message", "Show catalogued messages, by module and number");
     group->require_subcommand(1);
     const auto options = std::make_shared<Options>();
-    addMessageCommand(*group, "text", "Print the text", text, options, action);
-    addMessageCommand(*group, "body", "Print the text without kind and number", body, options,
+    addMessageCommand(*group, "text", "Print the text", printText, options, action);
+    addMessageCommand(*group, "body", "Print the text without kind and number", printBody, options,
                       action);
-    addMessageCommand(*group, "help", "Open the help page in the viewer", help, options, action);
-    addMessageCommand(*group, "box", "Show it in a box and print the button", box, options, action);
+    addMessageCommand(*group, "help", "Open the help page in the viewer", openHelp, options,
+                      action);
+    addMessageCommand(*group, "box", "Show it in a box and print the button", showBox, options,
+                      action);
     addMessageCommand(*group, "dialog",
-                      "Ask in the box that can be switched off, and print the button", dialog,
-                      options, action)
-        ->add_option("--style", options->style, "The buttons, 0 to 6");
+                      "Ask in the box that can be switched off, and print the button", ask, options,
+                      action)
+        ->add_option("--style", options->style, "The buttons, 0 to 6: those of MB_OK and on")
+        ->check(CLI::Range(0, 6));
     CLI::App* all =
-        addCommand(*group, "list", "List what the catalogues have", options, list, action);
+        addCommand(*group, "list", "List what the catalogues have", options, listMessages, action);
     all->add_option("MODULE", options->module, "Of this module alone");
     addJsonFlag(all, &options->json, "As JSON objects, one a line");
 }

@@ -1,0 +1,38 @@
+// Any bytes as a catalogue file: what is read of it is whole, and what is wrong is told with its
+// place.
+#include <set>
+
+#include "messages/Catalogue.h"
+#include "tests/fuzz/Fuzz.h"
+
+using namespace juntora;
+
+static void fillIn(const CataloguedMessage& message) {
+    NvParamList list;
+    for (std::uint32_t i = 0; i < message.parameters; ++i) {
+        list.addParameterToList("\t");  // Which no text keeps at its ends.
+    }
+    NvString text;
+    NvMessage("TVX", message, *list.getParameterList()).getSubstitutedDesc(&text, false);
+    const std::string_view filledIn(text);
+    const auto shown = std::count(filledIn.begin(), filledIn.end(), '\t');
+    mustHold(shown >= message.parameters, "each parameter is shown");
+    mustHold(message.text.find('\0') == std::string_view::npos, "a text has no NUL");
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    Complaints complaints;
+    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+    const auto catalogue = Catalogue::read(bytes, "file", "TVX", &complaints);
+    std::set<std::uint32_t> numbers;
+    for (const CataloguedMessage& message : catalogue->messages()) {
+        mustHold(numbers.insert(message.number).second, "a number comes once");
+        mustHold(!message.text.empty(), "a message has a text");
+        fillIn(message);
+    }
+    for (const std::string& complaint : complaints.kept()) {
+        mustHold(complaint.starts_with("file:") && complaint.ends_with('.'), "a place and a point");
+    }
+    mustHold(complaints.kept().size() <= Complaints::MOST_KEPT, "no more than are read");
+    return 0;
+}

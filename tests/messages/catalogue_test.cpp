@@ -1,0 +1,246 @@
+// Catalogue files: what is read of them, what is wrong with them, and what a module has of them.
+#include <sys/stat.h>
+
+#include <map>
+#include <vector>
+
+#include "messages/NvMessageManager.h"
+#include "messages/tvErrorManager.h"
+#include "tests/messages/CatalogueFolder.h"
+
+namespace juntora::test {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+std::unique_ptr<Catalogue> readAll(const std::string& bytes, Complaints* complaints) {
+    return Catalogue::read(bytes, "c.xml", "TVX", complaints);
+}
+
+TEST(CatalogueTest, HasTheMessagesOfItsFile) {
+    Complaints complaints;
+    const auto catalogue = readAll(
+        "\xEF\xBB\xBF<?xml version='1.0' encoding='UTF-8'?>\r\n<!-- for translators -->\r\n"
+        "<catalogue module='TVX'>\r\n"
+        "<message number='4294967295' kind='warning'>"
+        "<parameter>the file</parameter><parameter/>"
+        "<text>\r\n  %2 &lt;%1&gt; &amp; 100 %% &#xE4;\r\n  </text>"
+        "<help><![CDATA[<p>a &nbsp; b</p>\r\n]]></help></message>\r\n"
+        "<message number='0' kind='plain'><text>t</text></message>\r\n"
+        "<message number='7' kind='question'><text><![CDATA[<b> ]]></text><help/></message>"
+        "<message number='8' kind='error'><text>t</text><help>a<p/></help></message>"
+        "</catalogue>",
+        &complaints);
+    EXPECT_EQ(complaints.kept(), (Texts{"c.xml:9: message 8: its <help> holds elements: a page "
+                                        "stands in <![CDATA[...]]>."}));
+    ASSERT_EQ(catalogue->messages().size(), 3U);
+    const CataloguedMessage& first = catalogue->messages()[0];
+    EXPECT_EQ(first.number, 4294967295U);
+    EXPECT_EQ(first.type, NVM_WARNING);
+    EXPECT_EQ(first.parameters, 2U);
+    EXPECT_EQ(first.text, "%2 <%1> & 100 %% \u00E4");
+    EXPECT_EQ(first.help, "<p>a &nbsp; b</p>\n");
+    EXPECT_EQ(catalogue->messages()[1].type, NVM_PLAIN);
+    EXPECT_EQ(catalogue->messages()[2].text, "<b> ");
+    EXPECT_EQ(catalogue->messages()[2].help, "");
+}
+
+TEST(CatalogueTest, LeavesOutWhatIsWrongAndSaysWhere) {
+    const auto message = [](const std::string& attributes, const std::string& parts) {
+        return "<message " + attributes + ">" + parts + "</message>";
+    };
+    const std::string fine = "number='5' kind='plain'";
+    const struct {
+        std::string element;
+        std::string complaint;
+    } cases[] = {
+        {message("number='4294967296' kind='plain'", "<text>t</text>"),
+         "message 4294967296: its number is none from 0 to 4294967295"},
+        {message("number='-1' kind='plain'", "<text>t</text>"),
+         "message -1: its number is none from 0 to 4294967295"},
+        {message("kind='plain'", "<text>t</text>"),
+         "message : its number is none from 0 to 4294967295"},
+        {message("number='5' kind='Error'", "<text>t</text>"),
+         "message 5: its kind is none of plain, error, warning, information, question"},
+        {message("number='1' kind='plain'", "<text>again</text>"),
+         "message 1: its number is there already"},
+        {message(fine, "<text>a %2</text>"),
+         "message 5: its text has the placeholder %2, and there are 0 parameters"},
+        {message(fine, "<parameter/><parameter/><text>%1</text>"),
+         "message 5: its parameter 2 is not in its text: %2 is missing"},
+        {message(fine, "<text>100 %</text>"),
+         "message 5: its text has a \"%\" that is neither one of \"%1\" to \"%9\" nor doubled"},
+        {message(fine, "<text>%0</text>"),
+         "message 5: its text has a \"%\" that is neither one of \"%1\" to \"%9\" nor doubled"},
+        {message(fine,
+                 "<parameter/><parameter/><parameter/><parameter/><parameter/><parameter/>"
+                 "<parameter/><parameter/><parameter/><parameter/><text>t</text>"),
+         "message 5: it has more than nine parameters"},
+        {message(fine, "<text></text>"),
+         "message 5: it has no <text> with a text, and nothing else, behind its parameters"},
+        {message(fine, "<text>a<b/></text>"),
+         "message 5: it has no <text> with a text, and nothing else, behind its parameters"},
+        {message(fine, "<text>t</text><parameter/>"),
+         "message 5: there is a <parameter> that does not belong there"},
+        {message(fine, "<text>a\xC0\xAF</text>"), "message 5: its text is no UTF-8"},
+        {message(fine, "<text>t</text><help>\xFF</help>"), "message 5: its text is no UTF-8"},
+        {"<mesage/>", "only <message> elements may stand here"},
+        {"stray", "only <message> elements may stand here"},
+    };
+    for (const auto& each : cases) {
+        Complaints complaints;
+        const auto catalogue = readAll(
+            "<catalogue module='TVX'>\n<message number='1' kind='error'><text>a</text></message>\n"
+            "\n" +
+                each.element +
+                "\n"
+                "<message number='9' kind='error'><text>z</text></message></catalogue>",
+            &complaints);
+        EXPECT_EQ(complaints.kept(), (Texts{"c.xml:4: " + each.complaint + "."}));
+        ASSERT_EQ(catalogue->messages().size(), 2U) << each.complaint;
+        EXPECT_EQ(catalogue->messages()[1].number, 9U);
+    }
+}
+
+TEST(CatalogueTest, IsEmptyWhereTheFileIsNone) {
+    const std::string head = "<catalogue module='TVX'>";
+    const struct {
+        std::string bytes;
+        std::string complaint;
+    } cases[] = {
+        {"", "c.xml:1: this is no well-formed XML: "},
+        {"\n\n", "c.xml:3: this is no well-formed XML: "},
+        {head + "\n<message number='1' kind='error'><text>a</text></message>\n<mess",
+         "c.xml:3: this is no well-formed XML: "},
+        {head + "\n</message>", "c.xml:2: this is no well-formed XML: "},
+        {"<catalog module='TVX'/>", "c.xml:1: the outermost element is no <catalogue>"},
+        {"<catalogue module='tvx'/>",
+         "c.xml:1: this is a catalogue of the module \"tvx\", not of \"TVX\""},
+        {std::string("<\0c\0", 4), "c.xml:1: there is a zero byte: this is no text"},
+        {"\n<!DOCTYPE c [<!ENTITY a 'ha'><!ENTITY b '&a;&a;&a;'>]>\n" + head +
+             "<message number='1' kind='error'><text>&b;</text></message></catalogue>",
+         "c.xml:2: a catalogue has no <!DOCTYPE>"},
+    };
+    for (const auto& each : cases) {
+        Complaints complaints;
+        EXPECT_TRUE(readAll(each.bytes, &complaints)->messages().empty()) << each.complaint;
+        ASSERT_EQ(complaints.count(), 1U) << each.complaint;
+        EXPECT_EQ(complaints.kept()[0].substr(0, each.complaint.size()), each.complaint);
+    }
+    // Deeper than any stack.
+    std::string deep = head;
+    for (int i = 0; i < 300'000; ++i) {
+        deep += "<message>";
+    }
+    Complaints complaints;
+    EXPECT_TRUE(readAll(deep, &complaints)->messages().empty());
+    EXPECT_EQ(complaints.count(), 1U);
+}
+
+/// Notes what it is asked to register, and keeps what it has of modules to itself.
+class NotingManager : public tvErrorManager {
+public:
+    Texts registered;
+    bool knows(const std::string& module) const { return moduleCatalogs.contains(module); }
+    bool registerCatalogFile(const char* module, const char* catalogue) override {
+        registered.emplace_back(catalogue);
+        return tvErrorManager::registerCatalogFile(module, catalogue);
+    }
+};
+
+class ModuleTest : public CatalogueFolder {
+protected:
+    ~ModuleTest() override { NvMessageManager::exitMS(); }
+
+    /// What is shown while a module is loaded: the boxes, which nobody sees, on standard error.
+    static std::string shownAt(NotingManager& manager, const char* module, bool result) {
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(manager.loadModuleCatalogs(module), result);
+        return testing::internal::GetCapturedStderr();
+    }
+    static std::size_t boxesIn(const std::string& shown) {
+        std::size_t count = 0;
+        for (std::size_t at = 0; (at = shown.find("(answered", at)) != std::string::npos; ++at) {
+            ++count;
+        }
+        return count;
+    }
+    static std::string textOf(const char* module, unsigned long number) {
+        const CataloguedMessage* found = NvMessageManager::getInstance()->find(module, number);
+        return found ? std::string(found->text) : "none";
+    }
+};
+
+TEST_F(ModuleTest, IsLoadedOnceAndKeepsWhatIsGood) {
+    write("modules.txt",
+          "# module  files\nTVA a.xml gone.xml\tb.xml\r\n\nTVA c.xml # more\nTVB b.xml");
+    write("a.xml", catalogue("TVA", message(1, "one")));
+    write("b.xml", catalogue("TVA", message(2, "two")));
+    write("c.xml", catalogue("TVA", message(3, "three") + message(1, "one again")));
+    NotingManager manager;
+    EXPECT_TRUE(manager.registered.empty()) << "nothing is read before a module is asked for";
+    const std::string shown = shownAt(manager, "TVA", false);
+    EXPECT_EQ(manager.registered, (Texts{"a.xml", "gone.xml", "b.xml", "c.xml"}));
+    EXPECT_EQ(boxesIn(shown), 2U) << shown;
+    EXPECT_NE(shown.find("The message catalogue gone.xml is not in "), std::string::npos) << shown;
+    EXPECT_NE(shown.find(file("c.xml") + ": message 1 is in another catalogue of TVA already."),
+              std::string::npos)
+        << shown;
+    EXPECT_EQ(textOf("TVA", 1) + textOf("TVA", 2) + textOf("TVA", 3), "onetwothree");
+    EXPECT_EQ(textOf("TVA", 4) + textOf("tva", 1), "nonenone");
+
+    EXPECT_EQ(shownAt(manager, "TVA", true), "") << "a failure is not tried again";
+    EXPECT_EQ(manager.registered.size(), 4U);
+
+    EXPECT_FALSE(manager.knows("TVNONE"));
+    EXPECT_EQ(shownAt(manager, "TVNONE", true), "");
+    EXPECT_TRUE(manager.knows("TVNONE"));
+    EXPECT_TRUE(manager.knows("TVCOMMN")) << "a folder's table adds to the installed one";
+    EXPECT_EQ(manager.registered.size(), 4U);
+}
+
+TEST_F(ModuleTest, TellsAllThatIsWrongWithAFileInOneBox) {
+    write("modules.txt", "TVA a.xml\nTVB b.xml");
+    write("a.xml", catalogue("TVA", "<x/>\n<y/>\n<z/>\n"));
+    NotingManager manager;
+    std::string shown = shownAt(manager, "TVA", false);
+    EXPECT_EQ(boxesIn(shown), 1U);
+    const std::string wrong = ": only <message> elements may stand here.\n    \n";
+    const std::string at = "    " + file("a.xml") + ":";
+    EXPECT_NE(shown.find("\n" + at + "2" + wrong + at + "3" + wrong + at + "4" + wrong),
+              std::string::npos)
+        << shown;
+
+    std::string many;
+    for (int i = 0; i < 1000; ++i) {
+        many += "<x/>";
+    }
+    write("b.xml", catalogue("TVB", many));
+    shown = shownAt(manager, "TVB", false);
+    EXPECT_NE(shown.find(file("b.xml") + ": and 992 mistakes more."), std::string::npos) << shown;
+}
+
+TEST_F(ModuleTest, OutlivesFilesThatAreNoCatalogues) {
+    write("empty.xml", "");
+    write("large.xml", "");
+    std::filesystem::resize_file(file("large.xml"), 100U << 20);
+    std::filesystem::create_directory(file("folder.xml"));
+    std::filesystem::create_symlink("nowhere", file("link.xml"));
+    ASSERT_EQ(mkfifo(file("pipe.xml").c_str(), 0600), 0);
+    write("good.xml", catalogue("TVA", message(1, "good")));
+    write("modules.txt", "TVA empty.xml large.xml folder.xml link.xml pipe.xml good.xml");
+    NotingManager manager;
+    const std::string shown = shownAt(manager, "TVA", false);
+    EXPECT_EQ(boxesIn(shown), 5U) << shown;
+    EXPECT_NE(shown.find("large.xml: the file is larger than 32 MiB"), std::string::npos) << shown;
+    EXPECT_EQ(textOf("TVA", 1), "good");
+}
+
+TEST_F(ModuleTest, HasOneManagerForAll) {
+    EXPECT_EQ(tvErrorManager::getInstance(), tvErrorManager::getInstance());
+    EXPECT_EQ(NvMessageManager::getInstance()->loadModule("TVA", nullptr),
+              NvMessageManager::getInstance()->loadModule("TVA", nullptr));
+}
+
+}  // namespace
+}  // namespace juntora::test
