@@ -17,6 +17,7 @@
 #include "bench/Automation.h"
 #include "bench/Bus.h"
 #include "bench/Library.h"
+#include "bench/Messages.h"
 #include "bench/PingPong.h"
 #include "bench/Registry.h"
 #include "bench/Requests.h"
@@ -325,8 +326,9 @@ int runStart() {
 
 /// What can be measured alone, by the names on the command line.
 using Sections = std::set<std::string>;
-const Sections ALL_SECTIONS{"start", "library", "round-trips", "records", "sign-on",  "rows",
-                            "files", "launch",  "footprint",   "screen",  "registry", "automation"};
+const Sections ALL_SECTIONS{"start",   "library",  "messages",  "round-trips", "records",
+                            "sign-on", "rows",     "files",     "launch",      "footprint",
+                            "screen",  "registry", "automation"};
 
 int run(const Sections& wanted) {
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
@@ -337,6 +339,7 @@ int run(const Sections& wanted) {
     };
     section("start", benchStart);
     section("library", benchLibrary);
+    section("messages", benchMessages);
     const test::DesktopSandbox sandbox;
     sandbox.enter();
     section("registry", benchRegistry);

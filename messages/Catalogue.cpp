@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 #include <optional>
 #include <unordered_set>
+#include <utility>
 
 #include <pugixml.hpp>
 
@@ -12,7 +14,7 @@
 namespace juntora {
 namespace {
 
-constexpr unsigned MOST_PARAMETERS = 9;
+constexpr unsigned MOST_PARAMETERS = NvList::MOST_KEPT;
 constexpr unsigned PARSING = pugi::parse_minimal | pugi::parse_escapes | pugi::parse_cdata |
                              pugi::parse_eol | pugi::parse_trim_pcdata | pugi::parse_doctype;
 
@@ -84,7 +86,9 @@ std::string_view kindWord(nvm_msg_type type) {
     return std::ranges::find(KINDS, type, &Kind::type)->word;
 }
 
+/// The texts are where they were in the file's bytes, which the parser has worked over.
 struct Catalogue::Document {
+    std::string bytes;
     pugi::xml_document xml;
 };
 
@@ -94,29 +98,30 @@ Catalogue::~Catalogue() = default;
 /// One reading: what it reads, and what it has to say of it.
 class CatalogueReader {
 public:
-    CatalogueReader(std::string_view bytes, const std::string& file, const std::string& module,
-                    Complaints* complaints)
-        : m_bytes(bytes), m_file(file), m_module(module), m_complaints(complaints) {}
+    CatalogueReader(const std::string& module, Complaints* complaints)
+        : m_module(module), m_complaints(complaints) {}
 
-    std::unique_ptr<Catalogue> read() {
+    std::unique_ptr<Catalogue> read(std::string bytes) {
         std::unique_ptr<Catalogue> catalogue(new Catalogue);
         const pugi::xml_document& document = catalogue->m_document->xml;
-        if (parse(&catalogue->m_document->xml) && isOfModule(document.document_element())) {
+        catalogue->m_document->bytes = std::move(bytes);
+        if (parse(catalogue->m_document.get()) && isOfModule(document.document_element())) {
             readMessages(document.document_element(), &catalogue->m_messages);
         }
         return catalogue;
     }
 
 private:
-    bool parse(pugi::xml_document* document) {
-        if (const std::size_t at = m_bytes.find('\0'); at != std::string_view::npos) {
+    bool parse(Catalogue::Document* document) {
+        std::string& bytes = document->bytes;
+        if (const std::size_t at = bytes.find('\0'); at != std::string::npos) {
             complainAt(at, "there is a zero byte: this is no text");
             return false;
         }
-        const pugi::xml_parse_result result =
-            document->load_buffer(m_bytes.data(), m_bytes.size(), PARSING, pugi::encoding_utf8);
+        const pugi::xml_parse_result result = document->xml.load_buffer_inplace(
+            bytes.data(), bytes.size(), PARSING, pugi::encoding_utf8);
         if (result) {
-            return hasNoDocumentType(*document);
+            return hasNoDocumentType(document->xml);
         }
         complainAt(static_cast<std::size_t>(std::max<std::ptrdiff_t>(result.offset, 0)),
                    std::string("this is no well-formed XML: ") + result.description());
@@ -151,12 +156,16 @@ private:
     }
 
     void readMessages(const pugi::xml_node& root, std::vector<CataloguedMessage>* messages) {
-        for (const pugi::xml_node& element : root.children()) {
+        const auto elements = root.children();
+        messages->reserve(
+            static_cast<std::size_t>(std::distance(elements.begin(), elements.end())));
+        for (const pugi::xml_node& element : elements) {
             if (element.name() != std::string_view("message")) {
                 complain(element, "only <message> elements may stand here");
                 continue;
             }
             CataloguedMessage message{};
+            message.offset = offsetOf(element);
             std::string mistake = readMessage(element, &message);
             if (mistake.empty() && isRepeated(message.number, *messages)) {
                 mistake = "its number is there already";
@@ -230,40 +239,26 @@ private:
                    : "its text is no UTF-8";
     }
 
+    static std::uint32_t offsetOf(const pugi::xml_node& node) {
+        return static_cast<std::uint32_t>(std::max<std::ptrdiff_t>(node.offset_debug(), 0));
+    }
+
     void complain(const pugi::xml_node& node, const std::string& what) {
-        complainAt(static_cast<std::size_t>(std::max<std::ptrdiff_t>(node.offset_debug(), 0)),
-                   what);
+        complainAt(offsetOf(node), what);
     }
 
     void complainAt(std::size_t offset, const std::string& what) {
-        m_complaints->add(
-            [&] { return m_file + ":" + std::to_string(lineOf(offset)) + ": " + what + "."; });
+        m_complaints->add(offset, [&] { return what; });
     }
 
-    /// Most often asked for in the order of the file.
-    std::size_t lineOf(std::size_t offset) {
-        if (offset < m_offset) {
-            m_offset = 0;
-            m_line = 1;
-        }
-        const std::string_view passed = m_bytes.substr(m_offset, offset - m_offset);
-        m_line += static_cast<std::size_t>(std::count(passed.begin(), passed.end(), '\n'));
-        m_offset = offset;
-        return m_line;
-    }
-
-    const std::string_view m_bytes;
-    const std::string& m_file;
     const std::string& m_module;
     Complaints* const m_complaints;
     std::unordered_set<std::uint32_t> m_numbers;  ///< Empty while they come in order.
-    std::size_t m_offset = 0;                     ///< Up to where lines have been counted.
-    std::size_t m_line = 1;
 };
 
-std::unique_ptr<Catalogue> Catalogue::read(std::string_view bytes, const std::string& file,
-                                           const std::string& module, Complaints* complaints) {
-    return CatalogueReader(bytes, file, module, complaints).read();
+std::unique_ptr<Catalogue> Catalogue::read(std::string bytes, const std::string& module,
+                                           Complaints* complaints) {
+    return CatalogueReader(module, complaints).read(std::move(bytes));
 }
 
 }  // namespace juntora

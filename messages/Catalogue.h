@@ -17,6 +17,7 @@ struct CataloguedMessage {
     std::uint32_t number;
     nvm_msg_type type;
     std::uint32_t parameters;  ///< How many it has.
+    std::uint32_t offset;      ///< Of its element in the file, in bytes.
     std::string_view text;     ///< With "%1" to "%9" for the parameters, and "%%" for a "%".
     std::string_view help;     ///< An HTML page; empty for none.
 };
@@ -33,12 +34,11 @@ public:
     Catalogue(const Catalogue&) = delete;
     Catalogue& operator=(const Catalogue&) = delete;
 
-    /// Reads a catalogue of `module` from the bytes of a file; `file` is its path, for complaints.
-    /// What is wrong is told in `*complaints`, each with file, line and, where there is one, the
-    /// message's number. A message with a mistake is left out, a file that is no catalogue of the
+    /// Reads a catalogue of `module` from the bytes of a file. What is wrong is told in
+    /// `*complaints`. A message with a mistake is left out, a file that is no catalogue of the
     /// module has none. Never null.
-    static std::unique_ptr<Catalogue> read(std::string_view bytes, const std::string& file,
-                                           const std::string& module, Complaints* complaints);
+    static std::unique_ptr<Catalogue> read(std::string bytes, const std::string& module,
+                                           Complaints* complaints);
 
     /// In the file's order, each number once.
     const std::vector<CataloguedMessage>& messages() const { return m_messages; }
@@ -48,7 +48,7 @@ private:
     friend class CatalogueReader;
     Catalogue();
 
-    std::unique_ptr<Document> m_document;  ///< Holds the texts.
+    const std::unique_ptr<Document> m_document;  ///< Holds the texts.
     std::vector<CataloguedMessage> m_messages;
 };
 

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace juntora {
@@ -13,20 +14,29 @@ class Complaints {
 public:
     static constexpr std::size_t MOST_KEPT = 8;
 
-    /// `make` returns the text, and is called only where it is kept.
+    /// `offset` is the mistake's place, in bytes from the file's start. `make` returns the text,
+    /// without a point at its end, and is called only where it is kept.
     template <class Make>
-    void add(const Make& make) {
+    void add(std::size_t offset, const Make& make) {
         if (m_kept.size() < MOST_KEPT) {
-            m_kept.push_back(make());
+            m_kept.push_back({offset, make()});
         }
         ++m_count;
     }
 
     std::size_t count() const { return m_count; }
-    const std::vector<std::string>& kept() const { return m_kept; }
+
+    /// A text for each that is kept, with the file's path and the line, and one for all others.
+    /// `bytes` are the file's.
+    std::vector<std::string> told(const std::string& path, std::string_view bytes) const;
 
 private:
-    std::vector<std::string> m_kept;
+    struct Complaint {
+        std::size_t offset;
+        std::string text;
+    };
+
+    std::vector<Complaint> m_kept;
     std::size_t m_count = 0;
 };
 

@@ -1,5 +1,6 @@
 #include "messages/NvMessage.h"
 
+#include <algorithm>
 #include <charconv>
 #include <utility>
 
@@ -45,10 +46,10 @@ void appendFilledIn(NvString* out, std::string_view text, const NvList& paramete
         }
         text.remove_prefix(mark);
         const char sign = text.size() > 1 ? text[1] : '\0';
-        const std::size_t index = static_cast<std::size_t>(sign - '1');
+        const auto index = static_cast<std::size_t>(sign - '1');  // Large for what is no digit.
         if (sign == '%') {
             out->append("%");
-        } else if (sign >= '1' && sign <= '9' && index < parameters.count()) {
+        } else if (index < std::min(parameters.count(), NvList::MOST_KEPT)) {
             out->append(parameters.at(index));
         } else {
             out->append(text.substr(0, 2));

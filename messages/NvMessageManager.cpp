@@ -1,6 +1,7 @@
 #include "messages/NvMessageManager.h"
 
 #include <algorithm>
+#include <string>
 #include <utility>
 
 #include "messages/catalogueFiles.h"
@@ -11,16 +12,6 @@ namespace {
 std::string& productName() {
     static std::string name;
     return name;
-}
-
-void tell(const Complaints& complaints, const std::string& file, NvStatus* status) {
-    for (const std::string& complaint : complaints.kept()) {
-        status->addFailure(complaint);
-    }
-    if (const std::size_t more = complaints.count() - complaints.kept().size(); more > 0) {
-        status->addFailure(file + ": and " + std::to_string(more) +
-                           (more == 1 ? " mistake more." : " mistakes more."));
-    }
 }
 
 }  // namespace
@@ -37,38 +28,44 @@ NvMessageCatalog* NvMessageModule::registerCatalog(const char* file, NvStatus* s
         return nullptr;
     }
     Complaints complaints;
-    m_catalogues.push_back(Catalogue::read(bytes, path, m_name, &complaints));
-    add(*m_catalogues.back(), path, &complaints);
-    tell(complaints, path, status);
+    m_catalogues.push_back(Catalogue::read(std::move(bytes), m_name, &complaints));
+    add(*m_catalogues.back(), &complaints);
+    if (complaints.count() > 0) {
+        // Once more, for the lines: the parser has worked over those bytes.
+        readCatalogueFile(file, &bytes, &path);
+        for (std::string& text : complaints.told(path, bytes)) {
+            status->addFailure(std::move(text));
+        }
+    }
     return m_catalogues.back().get();
 }
 
-void NvMessageModule::add(const Catalogue& catalogue, const std::string& path,
-                          Complaints* complaints) {
+void NvMessageModule::add(const Catalogue& catalogue, Complaints* complaints) {
     m_messages.reserve(m_messages.size() + catalogue.messages().size());
     for (const CataloguedMessage& message : catalogue.messages()) {
-        if (!m_messages.emplace(message.number, &message).second) {
-            complaints->add([&] {
-                return path + ": message " + std::to_string(message.number) +
-                       " is in another catalogue of " + m_name + " already.";
+        m_messages.push_back(&message);
+    }
+    if (!std::ranges::is_sorted(m_messages, {}, &CataloguedMessage::number)) {
+        std::ranges::stable_sort(m_messages, {}, &CataloguedMessage::number);
+    }
+    // Those that were there before stand first among equals.
+    const CataloguedMessage* previous = nullptr;
+    std::erase_if(m_messages, [&](const CataloguedMessage* message) {
+        const bool isRepeated = previous && previous->number == message->number;
+        if (isRepeated) {
+            complaints->add(message->offset, [&] {
+                return "message " + std::to_string(message->number) +
+                       ": its number is in another catalogue of " + m_name + " already";
             });
         }
-    }
+        previous = message;
+        return isRepeated;
+    });
 }
 
 const CataloguedMessage* NvMessageModule::find(unsigned long number) const {
-    const auto at = m_messages.find(number);
-    return at == m_messages.end() ? nullptr : at->second;
-}
-
-std::vector<const CataloguedMessage*> NvMessageModule::messages() const {
-    std::vector<const CataloguedMessage*> all;
-    all.reserve(m_messages.size());
-    for (const auto& [number, message] : m_messages) {
-        all.push_back(message);
-    }
-    std::ranges::sort(all, {}, &CataloguedMessage::number);
-    return all;
+    const auto at = std::ranges::lower_bound(m_messages, number, {}, &CataloguedMessage::number);
+    return at != m_messages.end() && (*at)->number == number ? *at : nullptr;
 }
 
 void NvMessageManager::initMS() { getInstance(); }

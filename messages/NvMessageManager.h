@@ -7,7 +7,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "messages/Catalogue.h"
@@ -41,14 +40,14 @@ public:
     const CataloguedMessage* find(unsigned long number) const;
 
     /// All that it has, by number.
-    std::vector<const CataloguedMessage*> messages() const;
+    const std::vector<const CataloguedMessage*>& messages() const { return m_messages; }
 
 private:
-    void add(const Catalogue& catalogue, const std::string& path, Complaints* complaints);
+    void add(const Catalogue& catalogue, Complaints* complaints);
 
     const std::string m_name;
     std::vector<std::unique_ptr<Catalogue>> m_catalogues;
-    std::unordered_map<unsigned long, const CataloguedMessage*> m_messages;
+    std::vector<const CataloguedMessage*> m_messages;  ///< By number, each once.
 };
 
 class NvMessageManager {

@@ -22,8 +22,11 @@ private:
 }  // namespace
 
 void NvList::add(std::string_view text) {
-    m_texts += text;
-    m_ends.push_back(m_texts.size());
+    if (m_count < MOST_KEPT) {
+        m_texts += text;
+        m_ends[m_count] = m_texts.size();
+    }
+    ++m_count;
 }
 
 void NvParamList::addParameterToList(char value) { m_list.add({&value, value == '\0' ? 0U : 1U}); }

@@ -4,15 +4,17 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace juntora {
 
 /// Texts by position, from 0: what a message keeps of its parameters.
 class NvList {
 public:
-    std::size_t count() const { return m_ends.size(); }
-    /// `index` is below count(). Good until the list changes.
+    /// As many as placeholders can be told apart. Further ones are counted and not kept.
+    static constexpr std::size_t MOST_KEPT = 9;
+
+    std::size_t count() const { return m_count; }
+    /// `index` is below count() and MOST_KEPT. Good until the list changes.
     std::string_view at(std::size_t index) const {
         const std::size_t start = index == 0 ? 0 : m_ends[index - 1];
         return std::string_view(m_texts).substr(start, m_ends[index] - start);
@@ -21,7 +23,8 @@ public:
 
 private:
     std::string m_texts;  ///< One behind the other.
-    std::vector<std::size_t> m_ends;
+    std::size_t m_ends[MOST_KEPT]{};
+    std::size_t m_count = 0;
 };
 
 /// Takes each parameter as the type that it has, and keeps it as the message will show it: numbers

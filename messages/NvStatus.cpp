@@ -15,28 +15,30 @@ nvm_error_code NvStatus::addMessage(const char* module, unsigned long number, vo
     }
     static const NvList none;
     const NvList& parameters = params ? *params : none;
-    m_messages.push_back(std::make_unique<NvMessage>(module, *source, parameters));
+    m_messages.emplace_back(module, *source, parameters);
     return parameters.count() == source->parameters ? NVM_OK : NVM_WRONG_PARAMETERS;
 }
 
 void NvStatus::addFailure(std::string text) {
     m_hasFailed = true;
-    m_messages.push_back(std::make_unique<NvMessage>(NVM_ERROR, std::move(text)));
+    m_messages.emplace_back(NVM_ERROR, std::move(text));
 }
 
 NvObject* NvStatus::getCurrent(NvPosition*) const {
-    return m_next < m_messages.size() ? m_messages[m_next].get() : nullptr;
+    return m_next != m_messages.end() ? &*m_next : nullptr;
 }
 
 NvObject* NvStatus::getNext(NvPosition* position) const {
     NvObject* message = getCurrent(position);
-    m_next += message ? 1 : 0;
+    if (message) {
+        ++m_next;
+    }
     return message;
 }
 
 void NvStatus::flushMessages(bool andResult) {
     m_messages.clear();
-    m_next = 0;
+    m_next = m_messages.begin();
     m_hasFailed = m_hasFailed && !andResult;
 }
 

@@ -1,10 +1,8 @@
 // What came of a call of the message service: the messages that it left.
 #pragma once
 
-#include <cstddef>
-#include <memory>
+#include <list>
 #include <string>
-#include <vector>
 
 #include "messages/NvMessage.h"
 
@@ -39,7 +37,7 @@ public:
     void addFailure(std::string text);
 
     /// Puts the cursor before the first message.
-    void initPosition(NvPosition*) const { m_next = 0; }
+    void initPosition(NvPosition*) const { m_next = m_messages.begin(); }
     /// The message that the cursor stands at or before, null past the last.
     NvObject* getCurrent(NvPosition*) const;
     /// The same, and the cursor goes on.
@@ -49,8 +47,10 @@ public:
     void flushMessages(bool andResult);
 
 private:
-    std::vector<std::unique_ptr<NvMessage>> m_messages;
-    mutable std::size_t m_next = 0;
+    using Messages = std::list<NvMessage>;
+
+    mutable Messages m_messages;  ///< Callers of the cursor get them as their own.
+    mutable Messages::iterator m_next = m_messages.begin();
     bool m_hasFailed;
 };
 

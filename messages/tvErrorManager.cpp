@@ -52,7 +52,7 @@ bool tvErrorManager::registerCatalogFile(const char* module, const char* catalog
     NvString collected;
     NvString text;
     status.initPosition(nullptr);
-    while (const auto* message = static_cast<NvMessage*>(status.getNext(nullptr))) {
+    while (const auto* message = static_cast<const NvMessage*>(status.getNext(nullptr))) {
         message->getSubstitutedDesc(&text, true);
         collected.append(static_cast<const char*>(text));
         collected.append("\n\n");

@@ -1,6 +1,7 @@
 #include "platform/automation/Utf8.h"
 
 #include <cstdint>
+#include <cstring>
 
 namespace juntora::automation {
 namespace {
@@ -47,10 +48,25 @@ std::size_t firstCharacter(std::string_view text) {
     return 0;
 }
 
+/// Passes over plain signs eight at a time: most of any text.
+void skipPlain(std::string_view* text) {
+    constexpr std::uint64_t LOWS = 0x0101010101010101;
+    constexpr std::uint64_t HIGHS = 0x8080808080808080;
+    std::uint64_t eight = 0;
+    while (text->size() >= sizeof eight) {
+        std::memcpy(&eight, text->data(), sizeof eight);
+        // A NUL borrows from its high bit.
+        if (((eight | (eight - LOWS)) & HIGHS) != 0) {
+            return;
+        }
+        text->remove_prefix(sizeof eight);
+    }
+}
+
 }  // namespace
 
 bool isBusText(std::string_view text) {
-    while (!text.empty()) {
+    for (skipPlain(&text); !text.empty(); skipPlain(&text)) {
         const std::size_t length = firstCharacter(text);
         if (length == 0) {
             return false;

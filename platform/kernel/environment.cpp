@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <string_view>
 
 #include "platform/files/CaseFolding.h"
 #include "platform/kernel/SearchPath.h"
@@ -14,16 +15,29 @@ namespace {
 
 constexpr char SEARCH_PATH[] = "PATH";
 
-/// The variable's name as the environment spells it; empty if it is not there.
-std::string spellingOf(const std::string& name) {
-    for (char** variable = environ; *variable != nullptr; ++variable) {
-        const char* end = std::strchr(*variable, '=');
-        const auto length = end == nullptr ? 0 : static_cast<std::size_t>(end - *variable);
-        if (files::equalIgnoringCase({*variable, length}, name)) {
-            return {*variable, length};
+bool hasName(const char* entry, std::string_view name) {
+    for (const char c : name) {
+        if (files::foldCase(*entry) != files::foldCase(c)) {
+            return false;
+        }
+        ++entry;
+    }
+    return *entry == '=';
+}
+
+/// The variable's entry, "NAME=VALUE", in the very spelling if that is there; null if there is
+/// none. In one pass: libraries ask at every turn for words that are not there.
+const char* entryOf(std::string_view name) {
+    const char* similar = nullptr;
+    for (char** entry = environ; *entry != nullptr; ++entry) {
+        if (hasName(*entry, name)) {
+            if (std::string_view(*entry).starts_with(name)) {
+                return *entry;
+            }
+            similar = similar == nullptr ? *entry : similar;
         }
     }
-    return "";
+    return similar;
 }
 
 /// A value of the search path for the caller, which may hold it for as long as it holds others.
@@ -40,11 +54,9 @@ const char* GetEnvironment(const char* name) {
     if (files::equalIgnoringCase(name, SEARCH_PATH)) {
         return ownPathText();
     }
-    if (const char* exact = std::getenv(name)) {
-        return exact;
-    }
-    const std::string spelling = spellingOf(name);
-    return spelling.empty() ? nullptr : std::getenv(spelling.c_str());
+    const std::size_t length = std::strlen(name);
+    const char* entry = length == 0 ? nullptr : entryOf({name, length});
+    return entry == nullptr ? nullptr : entry + length + 1;
 }
 
 int PutEnvironment(const char* assignment) {
@@ -62,14 +74,15 @@ int PutEnvironment(const char* assignment) {
         return -1;  // No folder of the list is there, and without any no program would be found.
     }
     if (value.empty()) {
-        for (std::string spelling; !(spelling = spellingOf(name)).empty();) {
-            unsetenv(spelling.c_str());
+        while (const char* entry = entryOf(name)) {
+            unsetenv(std::string(entry, name.size()).c_str());
         }
         return 0;
     }
-    const std::string before = spellingOf(name);
-    const bool isThere = std::getenv(name.c_str()) != nullptr || before.empty();
-    return setenv(isThere ? name.c_str() : before.c_str(), value.c_str(), 1) == 0 ? 0 : -1;
+    if (const char* entry = entryOf(name)) {
+        name.assign(entry, name.size());
+    }
+    return setenv(name.c_str(), value.c_str(), 1) == 0 ? 0 : -1;
 }
 
 }  // namespace juntora

@@ -13,13 +13,20 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-std::unique_ptr<Catalogue> readAll(const std::string& bytes, Complaints* complaints) {
-    return Catalogue::read(bytes, "c.xml", "TVX", complaints);
-}
+struct Reading {
+    explicit Reading(const std::string& bytes) {
+        Complaints complaints;
+        catalogue = Catalogue::read(bytes, "TVX", &complaints);
+        told = complaints.told("c.xml", bytes);
+    }
+    const std::vector<CataloguedMessage>& messages() const { return catalogue->messages(); }
+
+    std::unique_ptr<Catalogue> catalogue;
+    Texts told;
+};
 
 TEST(CatalogueTest, HasTheMessagesOfItsFile) {
-    Complaints complaints;
-    const auto catalogue = readAll(
+    const Reading reading(
         "\xEF\xBB\xBF<?xml version='1.0' encoding='UTF-8'?>\r\n<!-- for translators -->\r\n"
         "<catalogue module='TVX'>\r\n"
         "<message number='4294967295' kind='warning'>"
@@ -29,20 +36,19 @@ TEST(CatalogueTest, HasTheMessagesOfItsFile) {
         "<message number='0' kind='plain'><text>t</text></message>\r\n"
         "<message number='7' kind='question'><text><![CDATA[<b> ]]></text><help/></message>"
         "<message number='8' kind='error'><text>t</text><help>a<p/></help></message>"
-        "</catalogue>",
-        &complaints);
-    EXPECT_EQ(complaints.kept(), (Texts{"c.xml:9: message 8: its <help> holds elements: a page "
-                                        "stands in <![CDATA[...]]>."}));
-    ASSERT_EQ(catalogue->messages().size(), 3U);
-    const CataloguedMessage& first = catalogue->messages()[0];
+        "</catalogue>");
+    EXPECT_EQ(reading.told, (Texts{"c.xml:9: message 8: its <help> holds elements: a page "
+                                   "stands in <![CDATA[...]]>."}));
+    ASSERT_EQ(reading.messages().size(), 3U);
+    const CataloguedMessage& first = reading.messages()[0];
     EXPECT_EQ(first.number, 4294967295U);
     EXPECT_EQ(first.type, NVM_WARNING);
     EXPECT_EQ(first.parameters, 2U);
     EXPECT_EQ(first.text, "%2 <%1> & 100 %% \u00E4");
     EXPECT_EQ(first.help, "<p>a &nbsp; b</p>\n");
-    EXPECT_EQ(catalogue->messages()[1].type, NVM_PLAIN);
-    EXPECT_EQ(catalogue->messages()[2].text, "<b> ");
-    EXPECT_EQ(catalogue->messages()[2].help, "");
+    EXPECT_EQ(reading.messages()[1].type, NVM_PLAIN);
+    EXPECT_EQ(reading.messages()[2].text, "<b> ");
+    EXPECT_EQ(reading.messages()[2].help, "");
 }
 
 TEST(CatalogueTest, LeavesOutWhatIsWrongAndSaysWhere) {
@@ -88,17 +94,15 @@ TEST(CatalogueTest, LeavesOutWhatIsWrongAndSaysWhere) {
         {"stray", "only <message> elements may stand here"},
     };
     for (const auto& each : cases) {
-        Complaints complaints;
-        const auto catalogue = readAll(
+        const Reading reading(
             "<catalogue module='TVX'>\n<message number='1' kind='error'><text>a</text></message>\n"
             "\n" +
-                each.element +
-                "\n"
-                "<message number='9' kind='error'><text>z</text></message></catalogue>",
-            &complaints);
-        EXPECT_EQ(complaints.kept(), (Texts{"c.xml:4: " + each.complaint + "."}));
-        ASSERT_EQ(catalogue->messages().size(), 2U) << each.complaint;
-        EXPECT_EQ(catalogue->messages()[1].number, 9U);
+            each.element +
+            "\n"
+            "<message number='9' kind='error'><text>z</text></message></catalogue>");
+        EXPECT_EQ(reading.told, (Texts{"c.xml:4: " + each.complaint + "."}));
+        ASSERT_EQ(reading.messages().size(), 2U) << each.complaint;
+        EXPECT_EQ(reading.messages()[1].number, 9U);
     }
 }
 
@@ -109,7 +113,7 @@ TEST(CatalogueTest, IsEmptyWhereTheFileIsNone) {
         std::string complaint;
     } cases[] = {
         {"", "c.xml:1: this is no well-formed XML: "},
-        {"\n\n", "c.xml:3: this is no well-formed XML: "},
+        {"\n\n", "c.xml:2: this is no well-formed XML: "},
         {head + "\n<message number='1' kind='error'><text>a</text></message>\n<mess",
          "c.xml:3: this is no well-formed XML: "},
         {head + "\n</message>", "c.xml:2: this is no well-formed XML: "},
@@ -122,19 +126,19 @@ TEST(CatalogueTest, IsEmptyWhereTheFileIsNone) {
          "c.xml:2: a catalogue has no <!DOCTYPE>"},
     };
     for (const auto& each : cases) {
-        Complaints complaints;
-        EXPECT_TRUE(readAll(each.bytes, &complaints)->messages().empty()) << each.complaint;
-        ASSERT_EQ(complaints.count(), 1U) << each.complaint;
-        EXPECT_EQ(complaints.kept()[0].substr(0, each.complaint.size()), each.complaint);
+        const Reading reading(each.bytes);
+        EXPECT_TRUE(reading.messages().empty()) << each.complaint;
+        ASSERT_EQ(reading.told.size(), 1U) << each.complaint;
+        EXPECT_EQ(reading.told[0].substr(0, each.complaint.size()), each.complaint);
     }
     // Deeper than any stack.
     std::string deep = head;
     for (int i = 0; i < 300'000; ++i) {
         deep += "<message>";
     }
-    Complaints complaints;
-    EXPECT_TRUE(readAll(deep, &complaints)->messages().empty());
-    EXPECT_EQ(complaints.count(), 1U);
+    const Reading reading(deep);
+    EXPECT_TRUE(reading.messages().empty());
+    EXPECT_EQ(reading.told.size(), 1U);
 }
 
 /// Notes what it is asked to register, and keeps what it has of modules to itself.
@@ -183,7 +187,8 @@ TEST_F(ModuleTest, IsLoadedOnceAndKeepsWhatIsGood) {
     EXPECT_EQ(manager.registered, (Texts{"a.xml", "gone.xml", "b.xml", "c.xml"}));
     EXPECT_EQ(boxesIn(shown), 2U) << shown;
     EXPECT_NE(shown.find("The message catalogue gone.xml is not in "), std::string::npos) << shown;
-    EXPECT_NE(shown.find(file("c.xml") + ": message 1 is in another catalogue of TVA already."),
+    EXPECT_NE(shown.find(file("c.xml") +
+                         ":3: message 1: its number is in another catalogue of TVA already."),
               std::string::npos)
         << shown;
     EXPECT_EQ(textOf("TVA", 1) + textOf("TVA", 2) + textOf("TVA", 3), "onetwothree");
