@@ -4,29 +4,25 @@
 # that folder. A target sees its own root and the roots of the folders that it depends on, so that
 # including a header of any other folder does not build.
 
-# The layers from the lowest up; a folder may depend on folders of lower layers only. What is not
-# listed here (tools, tests, benchmarks) stands above all of them.
+# The folders from the lowest up; each may depend on those before it only. What is not listed here
+# (tools, tests, benchmarks) stands above all of them.
 set(JUNTORA_LAYERS
-    "platform"
-    "framework"
-    "messages"
-    "ipc"
-    "common"
-    "setup"
-    "registration"
-    "hub"
-    "bridge"
-    "shell")
+    platform
+    framework
+    messages
+    ipc
+    common
+    setup
+    registration
+    hub
+    bridge
+    shell)
 
 function(_juntora_layer name result)
-    set(number 0)
-    foreach(layer IN LISTS JUNTORA_LAYERS)
-        string(REPLACE " " ";" folders "${layer}")
-        if(name IN_LIST folders)
-            break()
-        endif()
-        math(EXPR number "${number} + 1")
-    endforeach()
+    list(FIND JUNTORA_LAYERS ${name} number)
+    if(number EQUAL -1)
+        list(LENGTH JUNTORA_LAYERS number)
+    endif()
     set(${result} ${number} PARENT_SCOPE)
 endfunction()
 

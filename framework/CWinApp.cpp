@@ -6,6 +6,7 @@
 #include "framework/CException.h"
 #include "platform/desktop/desktop.h"
 #include "platform/files/CaseFolding.h"
+#include "platform/files/paths.h"
 #include "platform/kernel/process.h"
 
 namespace juntora {
@@ -38,6 +39,14 @@ bool CWinApp::TakeSwitch(const char* name) {
 }
 
 CWinApp* AfxGetApp() { return g_application; }
+
+CString AfxGetAppName() {
+    char name[256] = "";
+    if (const char* program = ProgramArgument(0)) {
+        SplitPath(program, nullptr, nullptr, name, nullptr);
+    }
+    return name;
+}
 
 CWnd* AfxGetMainWnd() { return g_application ? g_application->m_pMainWnd : nullptr; }
 

@@ -40,7 +40,7 @@ public:
     /// PROFILES_KEY, the program's name and the section. What cannot be read is `standard`.
     CString GetProfileString(const char* section, const char* entry,
                              const char* standard = "") const;
-    /// Null for `value`: the entry goes. False where the registry cannot be written.
+    /// False where the registry cannot be written.
     bool WriteProfileString(const char* section, const char* entry, const char* value);
 
 protected:

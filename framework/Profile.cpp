@@ -3,8 +3,6 @@
 #include <string>
 
 #include "framework/CWinApp.h"
-#include "platform/files/paths.h"
-#include "platform/kernel/process.h"
 #include "platform/registry/registry.h"
 
 namespace juntora {
@@ -15,21 +13,7 @@ std::string sectionKey(const char* section) {
            section;
 }
 
-DWORD write(HKEY key, const char* entry, const char* value) {
-    return value ? RegSetValueExA(key, entry, REG_SZ, value,
-                                  static_cast<DWORD>(std::strlen(value) + 1))
-                 : RegDeleteValueA(key, entry);
-}
-
 }  // namespace
-
-CString AfxGetAppName() {
-    char name[256] = "";
-    if (const char* program = ProgramArgument(0)) {
-        SplitPath(program, nullptr, nullptr, name, nullptr);
-    }
-    return name;
-}
 
 CString CWinApp::GetProfileString(const char* section, const char* entry,
                                   const char* standard) const {
@@ -43,9 +27,10 @@ bool CWinApp::WriteProfileString(const char* section, const char* entry, const c
     if (RegCreateKeyA(HKEY_CURRENT_USER, sectionKey(section).c_str(), &key) != ERROR_SUCCESS) {
         return false;
     }
-    const DWORD error = write(key, entry, value);
+    const DWORD error =
+        RegSetValueExA(key, entry, REG_SZ, value, static_cast<DWORD>(std::strlen(value) + 1));
     RegCloseKey(key);
-    return error == ERROR_SUCCESS || (!value && error == ERROR_FILE_NOT_FOUND);
+    return error == ERROR_SUCCESS;
 }
 
 }  // namespace juntora

@@ -14,12 +14,19 @@
 #include "platform/dialog/dialog.h"
 
 namespace juntora {
+
 namespace {
 
 constexpr int BUTTONS[] = {IDC_DNS_FIRST, IDC_DNS_SECOND, IDC_DNS_THIRD};
 constexpr int MOST_TEXT = 1000;
 constexpr int TALLEST_LINE = 16;
+constexpr int TEXT_TOP = 2;
+constexpr int ROOM_AFTER_TEXT = 18;  ///< To the right, and down to the buttons.
+constexpr int MARGINS = 30;          ///< Of both sides.
 constexpr int GAP = 8;
+constexpr int GAP_TO_CHECK_BOX = 4;
+constexpr int PER_LETTER = 2;  ///< That a label of the caller's widens its button by...
+constexpr int PER_LABEL = 12;  ///< ...and this much once.
 /// Stands for the width of the main window's client area in a program that has none, or one without
 /// any width.
 constexpr int WIDTH_WITHOUT_MAIN_WINDOW = 640;
@@ -109,13 +116,22 @@ int CNVMDnsDialog::DoModal() {
     return IDC_DNS_FIRST;
 }
 
+/// What the first button bears, or would.
 const char* CNVMDnsDialog::firstLabel() const {
     const ButtonRow* row = rowOf(style);
-    if (labels && row && row->count > 1) {
+    if (row && takesLabels(row->count)) {
         return labels->first ? labels->first : "";
     }
-    return row && row->labels[0] ? row->labels[0] : "OK";
+    if (row && row->labels[0]) {
+        return row->labels[0];
+    }
+    const auto controls = FindDialogTemplate(IDD_DNS)->controls;
+    const auto first = std::ranges::find(controls, IDC_DNS_FIRST, &DialogControl::id);
+    return first != controls.end() ? first->text : "";
 }
+
+/// The caller's do not count for a single button.
+bool CNVMDnsDialog::takesLabels(int count) const { return labels && count > 1; }
 
 BOOL CNVMDnsDialog::OnInitDialog() {
     CDialog::OnInitDialog();
@@ -134,6 +150,8 @@ void CNVMDnsDialog::layOutText() {
     const HWND area = GetDlgItem(m_hWnd, IDC_DNS_TEXT);
     const int iconWidth = clientOf(GetDlgItem(m_hWnd, IDC_DNS_ICON)).right;
     const int main = mainRight();
+    const int widest = main / 2 + 16;
+    text = CString(dialog::ShortenForBox(static_cast<const char*>(text), widest));
     dialogRect = clientOf(m_hWnd);
     textRect = clientOf(area);
     const RECT before = textRect;
@@ -141,18 +159,18 @@ void CNVMDnsDialog::layOutText() {
         CalculateTextRect(text, &textRect);
         singleLine = singleLine != 0 || textRect.bottom <= TALLEST_LINE ? 1 : 0;
     };
-    shortenText(main / 2 + 16);
     measure();
-    textRect.right = main / 2 + 16;
+    textRect.right = widest;
     measure();
-    textRect.top += 2;
-    textRect.bottom += 2;
+    textRect.top += TEXT_TOP;
+    textRect.bottom += TEXT_TOP;
     textRect.right += iconWidth;
     textRect.left = iconWidth;
     showText(area);
-    const int width = std::max(textRect.right + 18, dialogRect.right) + 30;
+    const int width = std::max(textRect.right + ROOM_AFTER_TEXT, dialogRect.right) + MARGINS;
     const int height = dialogRect.bottom + textRect.bottom - before.bottom;
-    moveTo(m_hWnd, {main / 4, main / 4, main / 4 + width, main / 4 + height});
+    const int corner = main / 4;
+    moveTo(m_hWnd, {corner, corner, corner + width, corner + height});
     GetWindowRect(m_hWnd, &dialogRect);
 }
 
@@ -173,22 +191,11 @@ void CNVMDnsDialog::showText(HWND area) {
         const RECT place = placeOf(piece);
         CreateWindowExA(0, "Static", piece.text.c_str(),
                         WS_CHILD | WS_VISIBLE | SS_LEFT | SS_NOPREFIX, place.left, place.top,
-                        place.right - place.left, place.bottom - place.top, m_hWnd, -1, 0);
+                        place.right - place.left, place.bottom - place.top, m_hWnd, -1);
     }
 }
 
-/// A person must be able to reach the buttons.
-void CNVMDnsDialog::shortenText(int width) {
-    const auto lines = dialog::BoxLines(static_cast<const char*>(text), width);
-    if (lines.back() != "...") {
-        return;
-    }
-    std::string shortened;
-    for (const std::string& line : lines) {
-        shortened += (shortened.empty() ? "" : "\n") + line;
-    }
-    text = CString(shortened);
-}
+int CNVMDnsDialog::buttonTop() const { return textRect.bottom + ROOM_AFTER_TEXT; }
 
 void CNVMDnsDialog::placeButtons() {
     const ButtonRow* row = rowOf(style);
@@ -205,7 +212,7 @@ void CNVMDnsDialog::placeButtons() {
         }
     }
     const int width = dialogRect.right - dialogRect.left;
-    if (labels && row->count > 1) {
+    if (takesLabels(row->count)) {
         placeLabelled(width, row->count, widths);
     } else {
         placeInRow(width, row->count, widths);
@@ -219,8 +226,8 @@ void CNVMDnsDialog::placeInRow(int width, int count, const int (&widths)[3]) {
     }
     left /= 2;
     for (int i = 0; i < count; ++i) {
-        juntora::SetWindowPos(GetDlgItem(m_hWnd, BUTTONS[i]), HWND_TOP, left, textRect.bottom + 18,
-                              0, 0, SWP_NOSIZE | SWP_NOZORDER);
+        juntora::SetWindowPos(GetDlgItem(m_hWnd, BUTTONS[i]), HWND_TOP, left, buttonTop(), 0, 0,
+                              SWP_NOSIZE | SWP_NOZORDER);
         left += widths[i] + GAP;
     }
 }
@@ -228,15 +235,14 @@ void CNVMDnsDialog::placeInRow(int width, int count, const int (&widths)[3]) {
 /// Labels of the caller's make all buttons as wide as the longer of the first two asks for.
 void CNVMDnsDialog::placeLabelled(int width, int count, const int (&widths)[3]) {
     const int longest = std::max(lengthOf(labels->first), lengthOf(labels->second));
-    const int grow = 2 * longest + 12;
+    const int grow = PER_LETTER * longest + PER_LABEL;
     const int newWidth = widths[1] + grow;
     int left = count == 2 ? (width - widths[0] - widths[1] - GAP) / 2 - grow
-                          : (width - widths[0] - widths[1] - widths[2]) / 3 - 2 * longest;
+                          : (width - widths[0] - widths[1] - widths[2]) / 3 - PER_LETTER * longest;
     const char* const texts[] = {labels->first, labels->second, labels->third};
     for (int i = 0; i < count; ++i) {
         const HWND button = GetDlgItem(m_hWnd, BUTTONS[i]);
-        const int top = textRect.bottom + 18;
-        moveTo(button, {left, top, left + newWidth, top + clientOf(button).bottom});
+        moveTo(button, {left, buttonTop(), left + newWidth, buttonTop() + clientOf(button).bottom});
         SetWindowTextA(button, texts[i] ? texts[i] : "");
         left += newWidth + GAP;
     }
@@ -244,7 +250,7 @@ void CNVMDnsDialog::placeLabelled(int width, int count, const int (&widths)[3]) 
 
 void CNVMDnsDialog::placeCheckBox() {
     const HWND box = GetDlgItem(m_hWnd, IDC_DNS_CHECK);
-    const int rowEnd = textRect.bottom + 18 + clientOf(GetDlgItem(m_hWnd, IDC_DNS_FIRST)).bottom;
+    const int rowEnd = buttonTop() + clientOf(GetDlgItem(m_hWnd, IDC_DNS_FIRST)).bottom;
     if (showCheckBox == 0) {
         juntora::ShowWindow(box, SW_HIDE);
         dialogRect.bottom = dialogRect.top + rowEnd + GAP;
@@ -252,8 +258,9 @@ void CNVMDnsDialog::placeCheckBox() {
     }
     RECT place{};
     GetWindowRect(box, &place);
-    juntora::SetWindowPos(box, HWND_TOP, place.left, rowEnd + 4, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
-    dialogRect.bottom = dialogRect.top + rowEnd + 4 + place.bottom - place.top + GAP;
+    juntora::SetWindowPos(box, HWND_TOP, place.left, rowEnd + GAP_TO_CHECK_BOX, 0, 0,
+                          SWP_NOSIZE | SWP_NOZORDER);
+    dialogRect.bottom = dialogRect.top + rowEnd + GAP_TO_CHECK_BOX + place.bottom - place.top + GAP;
 }
 
 void CNVMDnsDialog::chooseIcon() {

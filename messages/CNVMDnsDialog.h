@@ -43,9 +43,10 @@ protected:
 
 private:
     void layOutText();
-    void shortenText(int width);
     void showText(HWND area);
     const char* firstLabel() const;
+    bool takesLabels(int count) const;
+    int buttonTop() const;
     void placeButtons();
     void placeInRow(int width, int count, const int (&widths)[3]);
     void placeLabelled(int width, int count, const int (&widths)[3]);

@@ -44,6 +44,19 @@ std::optional<std::uint32_t> numberOf(std::string_view text) {
     return error == std::errc() && behind == end ? std::optional(number) : std::nullopt;
 }
 
+/// Where a reference to the character zero stands, which would end a text early; npos for nowhere.
+std::size_t findZeroReference(std::string_view bytes) {
+    for (std::size_t sign = bytes.find('#'); sign != std::string_view::npos;
+         sign = bytes.find('#', sign + 1)) {
+        const std::size_t digits = sign + (bytes.substr(sign + 1, 1) == "x" ? 2 : 1);
+        const std::size_t end = std::min(bytes.find_first_not_of('0', digits), bytes.size());
+        if (end > digits && bytes.substr(end, 1) == ";" && sign > 0 && bytes[sign - 1] == '&') {
+            return sign - 1;
+        }
+    }
+    return std::string_view::npos;
+}
+
 /// What stands in an element that may hold text alone; nothing where it holds anything else.
 std::optional<std::string_view> textIn(const pugi::xml_node& element) {
     const pugi::xml_node first = element.first_child();
@@ -70,11 +83,12 @@ std::string placeholderMistake(std::string_view text, unsigned parameters) {
     for (unsigned i = 0; i < MOST_PARAMETERS; ++i) {
         const bool isUsed = (used >> i & 1U) != 0;
         if (isUsed != (i < parameters)) {
-            const std::string number = std::to_string(i + 1);
-            return isUsed ? "its text has the placeholder %" + number + ", and there are " +
-                                std::to_string(parameters) + " parameters"
-                          : "its parameter " + number + " is not in its text: %" + number +
-                                " is missing";
+            std::string mistake = isUsed ? "its text has the placeholder %" : "its parameter ";
+            mistake += std::to_string(i + 1);
+            mistake += isUsed ? ", and there are " : " is not in its text: %";
+            mistake += std::to_string(isUsed ? parameters : i + 1);
+            mistake += isUsed ? " parameters" : " is missing";
+            return mistake;
         }
     }
     return "";
@@ -114,8 +128,9 @@ public:
 private:
     bool parse(Catalogue::Document* document) {
         std::string& bytes = document->bytes;
-        if (const std::size_t at = bytes.find('\0'); at != std::string::npos) {
-            complainAt(at, "there is a zero byte: this is no text");
+        const std::size_t zero = std::min(bytes.find('\0'), findZeroReference(bytes));
+        if (zero != std::string::npos) {
+            complainAt(zero, "there is a character zero, which no text may have");
             return false;
         }
         const pugi::xml_parse_result result = document->xml.load_buffer_inplace(
@@ -124,7 +139,7 @@ private:
             return hasNoDocumentType(document->xml);
         }
         complainAt(static_cast<std::size_t>(std::max<std::ptrdiff_t>(result.offset, 0)),
-                   std::string("this is no well-formed XML: ") + result.description());
+                   std::string("this is not well-formed XML: ") + result.description());
         return false;
     }
 
@@ -173,8 +188,8 @@ private:
             if (mistake.empty()) {
                 messages->push_back(message);
             } else {
-                complain(element, std::string("message ") + element.attribute("number").value() +
-                                      ": " + mistake);
+                complain(element, std::string("message \"") + element.attribute("number").value() +
+                                      "\": " + mistake);
             }
         }
     }
@@ -196,12 +211,12 @@ private:
     static std::string readMessage(const pugi::xml_node& element, CataloguedMessage* message) {
         const auto number = numberOf(element.attribute("number").value());
         if (!number) {
-            return "its number is none from 0 to 4294967295";
+            return "its number is not one from 0 to 4294967295";
         }
         message->number = *number;
         const auto kind = kindOf(element.attribute("kind").value());
         if (!kind) {
-            return "its kind is none of plain, error, warning, information, question";
+            return "its kind is not one of plain, error, warning, information, question";
         }
         message->type = *kind;
         const std::string mistake = readParts(element, message);
@@ -219,24 +234,26 @@ private:
         }
         const auto text = part.name() == std::string_view("text") ? textIn(part) : std::nullopt;
         if (!text || text->empty()) {
-            return "it has no <text> with a text, and nothing else, behind its parameters";
+            return "it has no <text> with one piece of text behind its parameters";
         }
         message->text = *text;
         part = part.next_sibling();
         if (part.name() == std::string_view("help")) {
             const auto help = textIn(part);
             if (!help) {
-                return "its <help> holds elements: a page stands in <![CDATA[...]]>";
+                return "its <help> is not one piece of text: a page stands in one <![CDATA[...]]>";
             }
             message->help = *help;
             part = part.next_sibling();
         }
         if (part) {
-            return std::string("there is a <") + part.name() + "> that does not belong there";
+            return *part.name() != '\0'
+                       ? std::string("there is a <") + part.name() + "> that does not belong there"
+                       : "there is text outside of its elements";
         }
         return automation::isBusText(message->text) && automation::isBusText(message->help)
                    ? ""
-                   : "its text is no UTF-8";
+                   : "its text or its help is not UTF-8";
     }
 
     static std::uint32_t offsetOf(const pugi::xml_node& node) {
@@ -248,7 +265,7 @@ private:
     }
 
     void complainAt(std::size_t offset, const std::string& what) {
-        m_complaints->add(offset, [&] { return what; });
+        m_complaints->add(offset, what);
     }
 
     const std::string& m_module;

@@ -4,6 +4,13 @@
 
 namespace juntora {
 
+void Complaints::add(std::size_t offset, const std::string& text) {
+    if (m_kept.size() < MOST_KEPT) {
+        m_kept.push_back({offset, text});
+    }
+    ++m_count;
+}
+
 std::vector<std::string> Complaints::told(const std::string& path, std::string_view bytes) const {
     std::vector<std::string> texts;
     for (const Complaint& complaint : m_kept) {

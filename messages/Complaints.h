@@ -14,15 +14,9 @@ class Complaints {
 public:
     static constexpr std::size_t MOST_KEPT = 8;
 
-    /// `offset` is the mistake's place, in bytes from the file's start. `make` returns the text,
-    /// without a point at its end, and is called only where it is kept.
-    template <class Make>
-    void add(std::size_t offset, const Make& make) {
-        if (m_kept.size() < MOST_KEPT) {
-            m_kept.push_back({offset, make()});
-        }
-        ++m_count;
-    }
+    /// `offset` is the mistake's place, in bytes from the file's start. `text` has no point at its
+    /// end.
+    void add(std::size_t offset, const std::string& text);
 
     std::size_t count() const { return m_count; }
 

@@ -61,7 +61,7 @@ void appendFilledIn(NvString* out, std::string_view text, const NvList& paramete
 }  // namespace
 
 NvMessage::NvMessage(const char* module, const CataloguedMessage& source, const NvList& parameters)
-    : m_source(&source), m_type(source.type), m_text(module), m_parameters(parameters) {}
+    : m_source(&source), m_type(source.type), m_module(module), m_parameters(parameters) {}
 
 NvMessage::NvMessage(nvm_msg_type type, std::string text)
     : m_source(nullptr), m_type(type), m_text(std::move(text)) {}
@@ -74,7 +74,7 @@ void NvMessage::getSubstitutedDesc(NvString* text, bool isNamed) const {
     }
     text->reserve(m_source->text.size() + 64);
     if (isNamed) {
-        appendName(text, m_text, *m_source);
+        appendName(text, m_module, *m_source);
     }
     appendFilledIn(text, m_source->text, m_parameters);
 }

@@ -45,7 +45,8 @@ public:
 private:
     const CataloguedMessage* const m_source;  ///< Null for one of the service's own.
     const nvm_msg_type m_type;
-    const std::string m_text;  ///< The module's name, or the text where there is no source.
+    const std::string m_module;
+    const std::string m_text;  ///< Where there is no source.
     const NvList m_parameters;
     mutable std::optional<NvString> m_help;
 };

@@ -31,7 +31,8 @@ NvMessageCatalog* NvMessageModule::registerCatalog(const char* file, NvStatus* s
     m_catalogues.push_back(Catalogue::read(std::move(bytes), m_name, &complaints));
     add(*m_catalogues.back(), &complaints);
     if (complaints.count() > 0) {
-        // Once more, for the lines: the parser has worked over those bytes.
+        // Once more, for the lines: the parser has worked over those bytes. A file that changes
+        // meanwhile has others.
         readCatalogueFile(file, &bytes, &path);
         for (std::string& text : complaints.told(path, bytes)) {
             status->addFailure(std::move(text));
@@ -53,10 +54,9 @@ void NvMessageModule::add(const Catalogue& catalogue, Complaints* complaints) {
     std::erase_if(m_messages, [&](const CataloguedMessage* message) {
         const bool isRepeated = previous && previous->number == message->number;
         if (isRepeated) {
-            complaints->add(message->offset, [&] {
-                return "message " + std::to_string(message->number) +
-                       ": its number is in another catalogue of " + m_name + " already";
-            });
+            complaints->add(message->offset, "message \"" + std::to_string(message->number) +
+                                                 "\": its number is in another catalogue of " +
+                                                 m_name + " already");
         }
         previous = message;
         return isRepeated;
@@ -72,8 +72,10 @@ void NvMessageManager::initMS() { getInstance(); }
 void NvMessageManager::exitMS() { getInstance()->m_modules.clear(); }
 
 NvMessageManager* NvMessageManager::getInstance() {
-    static NvMessageManager manager;
-    return &manager;
+    // Never destroyed, as the door to it is not: a static object's end may still have something
+    // to say.
+    static auto* const manager = new NvMessageManager;
+    return manager;
 }
 
 NvMessageModule* NvMessageManager::loadModule(const char* name, NvMessageModule*) {

@@ -14,7 +14,7 @@
 
 namespace juntora {
 
-/// Where the installation that the service belongs to is told.
+/// Names the product whose catalogues are read.
 class NvMrdUtil {
 public:
     /// The product whose catalogues are looked for; the suite has one, "voltara". Comes before
@@ -54,7 +54,8 @@ class NvMessageManager {
 public:
     /// Starts the service, once.
     static void initMS();
-    /// Ends it: all modules go, and with them every message that was not copied.
+    /// Ends it: all modules go. No status may hold a message of theirs by then. What a
+    /// tvErrorManager has loaded it does not load again; its modules stay empty.
     static void exitMS();
     /// The manager, which is there at any time and empty before initMS.
     static NvMessageManager* getInstance();

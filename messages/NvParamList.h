@@ -7,7 +7,8 @@
 
 namespace juntora {
 
-/// Texts by position, from 0: what a message keeps of its parameters.
+/// Texts by position, from 0: what a message keeps of its parameters. One allocation for all of
+/// them: a text is got where a person waits, but also where a tool logs.
 class NvList {
 public:
     /// As many as placeholders can be told apart. Further ones are counted and not kept.

@@ -34,7 +34,7 @@ std::vector<std::string> catalogueFolders() {
 bool readFile(const std::string& path, std::string* bytes, std::string* why) {
     FileStatus status{};
     if (!ReadFileStatus(path.c_str(), &status) || status.kind != FileKind::REGULAR) {
-        *why = path + ": this is no file that can be read.";
+        *why = path + ": this is not a file that can be read. Put one in its place.";
         return false;
     }
     if (status.size > static_cast<std::int64_t>(Catalogue::LARGEST_FILE)) {
@@ -46,7 +46,7 @@ bool readFile(const std::string& path, std::string* bytes, std::string* why) {
     const long got = ReadFileStart(path.c_str(), bytes->data(), bytes->size());
     bytes->resize(static_cast<std::size_t>(std::max(got, 0L)));
     if (got < 0) {
-        *why = path + ": the file may not be read. See to its rights.";
+        *why = path + ": the file may not be read. Check its permissions.";
     }
     return got >= 0;
 }
@@ -94,14 +94,19 @@ std::string readCatalogueFile(const std::string& name, std::string* bytes, std::
            ". Install it there, or name its folder in " + FOLDER_VARIABLE + ".";
 }
 
-void readModuleTable(const std::function<void(std::string_view, std::string_view)>& row) {
+std::string readModuleTable(const std::function<void(std::string_view, std::string_view)>& row) {
+    std::string failures;
     for (const std::string& folder : catalogueFolders()) {
+        const std::string path = folder + TABLE_FILE;
         std::string table;
         std::string why;
-        if (readFile(folder + TABLE_FILE, &table, &why)) {
+        if (readFile(path, &table, &why)) {
             readRows(table, row);
+        } else if (GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES) {
+            failures += why + "\n";
         }
     }
+    return failures;
 }
 
 }  // namespace juntora

@@ -35,13 +35,13 @@ unsigned int iconOf(nvm_msg_type type) {
 /// Takes the first message's text out of a status and logs it. An `icon` of 0 becomes that of the
 /// message's kind. False if there is none.
 bool takeText(NvStatus* status, NvString* text, unsigned int* icon) {
-    const NvMessage* message = firstMessage(*status);
-    if (!message) {
+    const int result = takeFirstMessage(status, [=](const NvMessage& message) {
+        message.getSubstitutedDesc(text, true);
+        *icon = *icon == 0 ? iconOf(message.getType()) : *icon;
+    });
+    if (result != 0) {
         return false;
     }
-    message->getSubstitutedDesc(text, true);
-    *icon = *icon == 0 ? iconOf(message->getType()) : *icon;
-    status->flushMessages(true);
     if (GetEnvironment(SESSION_LOG_VARIABLE) && g_sessionLog) {
         g_sessionLog(text->getChar());
     }

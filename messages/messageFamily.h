@@ -10,6 +10,7 @@
 // no catalogue has the message; nothing is shown, written or changed then.
 #pragma once
 
+#include <concepts>
 #include <string>
 #include <type_traits>
 
@@ -28,8 +29,8 @@ concept PlainMessageParameter = std::is_same_v<Type, char> || std::is_same_v<Typ
 /// What a message may have as a parameter; a text without const is one with.
 template <class Type>
 concept MessageParameter =
-    PlainMessageParameter<std::decay_t<Type>> || std::is_same_v < std::decay_t<Type>,
-char* > || std::is_same_v<std::decay_t<Type>, CString>;
+    PlainMessageParameter<std::decay_t<Type>> || std::same_as < std::decay_t<Type>,
+char* > || std::same_as<std::decay_t<Type>, CString>;
 
 /// Enters a message with its parameters, in order, into a status, of a module that has been loaded.
 /// `reserved` is null. The result is the service's.

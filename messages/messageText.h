@@ -19,15 +19,21 @@ int getStatusBody(std::string* out, NvStatus* status);
 /// The same for the page of extended help, which may be empty.
 int getStatusHelp(std::string* out, NvStatus* status);
 
-/// The first message that a status holds, null if none. It belongs to the status.
-const NvMessage* firstMessage(const NvStatus& status);
+/// Calls `use` with the first message that a status holds, and empties the status. 0; -1 without a
+/// call if it holds none.
+template <class Use>
+int takeFirstMessage(NvStatus* status, const Use& use) {
+    status->initPosition(nullptr);
+    const auto* message = static_cast<const NvMessage*>(status->getNext(nullptr));
+    if (!message) {
+        return -1;
+    }
+    use(*message);
+    status->flushMessages(true);
+    return 0;
+}
 
 /// Appends a line to the file that TARVEX_LOG_NVM_MESSAGES names.
 void logMessageText(NvString* text);
-
-/// Writes what a result code of the file operations (FileLock.h, PathCheck.h) means to a person, at
-/// most `size` bytes with the NUL. 0; -1 without a buffer. The codes 1 and 10 stand for what
-/// GetLastError has; a code that is unknown has a text that says so.
-int getErrorText(int code, char* buffer, unsigned int size);
 
 }  // namespace juntora

@@ -21,9 +21,13 @@ tvErrorManager* tvErrorManager::getInstance() {
 tvErrorManager::tvErrorManager() {
     NvMrdUtil::mrdUtilInit("voltara");
     NvMessageManager::initMS();
-    readModuleTable([this](std::string_view module, std::string_view file) {
-        moduleCatalogs[std::string(module)].emplace_back(file);
-    });
+    const std::string failures =
+        readModuleTable([this](std::string_view module, std::string_view file) {
+            moduleCatalogs[std::string(module)].emplace_back(file);
+        });
+    if (!failures.empty()) {
+        AfxMessageBox(failures.c_str());
+    }
 }
 
 tvErrorManager::~tvErrorManager() = default;

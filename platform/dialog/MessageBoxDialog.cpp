@@ -103,7 +103,8 @@ void addLines(BoxLayout& box, const std::vector<std::string>& lines, int left, i
 }
 
 void addText(BoxLayout& box, const char* text, int icon) {
-    const auto lines = BoxLines(text, WIDEST_TEXT * FONT_WIDTH / 4);
+    const int across = WIDEST_TEXT * FONT_WIDTH / 4;
+    const auto lines = BreakLines(ShortenForBox(text, across), across);
     int widest = 0;
     for (const std::string& line : lines) {
         widest = std::max(widest, unitsAcross(TextWidth(line)));

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "platform/dialog/dialog.h"
-
 namespace juntora::dialog {
 namespace {
 
@@ -107,13 +105,17 @@ std::vector<std::string> BreakLines(std::string_view text, int width) {
     }
 }
 
-std::vector<std::string> BoxLines(std::string_view text, int width) {
+std::string ShortenForBox(std::string_view text, int width) {
     std::vector<std::string> lines = BreakLines(text, width);
-    if (lines.size() > MOST_BOX_LINES) {
-        lines.resize(MOST_BOX_LINES);
-        lines.emplace_back("...");
+    if (lines.size() <= MOST_BOX_LINES) {
+        return std::string(text);
     }
-    return lines;
+    lines.resize(MOST_BOX_LINES);
+    std::string shortened;
+    for (const std::string& line : lines) {
+        shortened += line + '\n';
+    }
+    return shortened + "...";
 }
 
 std::vector<TextPiece> PiecesOfLines(const std::vector<std::string>& lines) {

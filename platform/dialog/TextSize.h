@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/types.h"
+
 namespace juntora::dialog {
 
 /// Average width and height in pixels of "MS Sans Serif" at 8 points, of which a dialog unit is a
@@ -20,9 +22,9 @@ int TextWidth(std::string_view line);
 /// none is wider than `width` pixels. Line ends of the text stay ("\n", "\r\n").
 std::vector<std::string> BreakLines(std::string_view text, int width);
 
-/// The same for a box of which the buttons are to stay on the display: 40 lines at most, then
-/// "...".
-std::vector<std::string> BoxLines(std::string_view text, int width);
+/// A text for a box of which the buttons are to stay on the display: as it is, or the first 40 of
+/// its lines and "...".
+std::string ShortenForBox(std::string_view text, int width);
 
 /// Lines that one control can show: it keeps a bounded text (window.h).
 struct TextPiece {
@@ -33,3 +35,12 @@ struct TextPiece {
 std::vector<TextPiece> PiecesOfLines(const std::vector<std::string>& lines);
 
 }  // namespace juntora::dialog
+
+namespace juntora {
+
+/// The room that a text takes, broken into lines at blanks so that none is wider than `rect`, in
+/// pixels of the dialog font: sets the bottom, and for a single line the right edge. Returns the
+/// height.
+int CalculateTextRect(const char* text, RECT* rect);
+
+}  // namespace juntora

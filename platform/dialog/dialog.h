@@ -39,11 +39,6 @@ struct StringResource {
     const char* text;
 };
 
-/// The room that a text takes, broken into lines at blanks so that none is wider than `rect`, in
-/// pixels of the dialog font: sets the bottom, and for a single line the right edge. Returns the
-/// height.
-int CalculateTextRect(const char* text, RECT* rect);
-
 /// Makes a program's resources known; they are kept by reference and live as long as the process.
 void RegisterResources(std::span<const DialogTemplate> templates,
                        std::span<const StringResource> strings);

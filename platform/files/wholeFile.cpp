@@ -39,7 +39,7 @@ int onSpelling(const char* path, bool canMake, Operation operation) {
     return result >= 0 || failBySystem() ? result : -1;
 }
 
-/// Opens for writing with `how` beside, and writes all.
+/// Opens for writing with the further flags `how`, and writes all.
 bool writeTo(const char* path, int how, const void* data, std::size_t bytes) {
     const int file = onSpelling(path, true, [how](const std::string& spelling, bool isNew) {
         const int flags = O_WRONLY | O_NONBLOCK | O_CLOEXEC | how | (isNew ? O_CREAT : 0);

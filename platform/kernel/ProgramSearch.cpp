@@ -113,16 +113,3 @@ ProgramStart findProgram(std::string_view line) {
 }
 
 }  // namespace juntora::kernel
-
-namespace juntora {
-
-DWORD GetModuleFileNameA(char* buffer, DWORD capacity) {
-    const ssize_t length = readlink("/proc/self/exe", buffer, capacity);
-    if (length <= 0 || static_cast<std::size_t>(length) >= capacity) {
-        return 0;
-    }
-    buffer[length] = '\0';
-    return static_cast<DWORD>(length);
-}
-
-}  // namespace juntora

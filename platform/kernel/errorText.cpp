@@ -1,11 +1,12 @@
-// What the layer's errors mean to a person.
+#include "platform/kernel/errorText.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
 #include <string>
 
-#include "platform/kernel/sync.h"
+#include "platform/messages.h"
 
 namespace juntora {
 namespace {

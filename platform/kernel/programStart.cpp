@@ -55,6 +55,15 @@ std::string makeTail() {
 
 void SetProgramArguments(int argc, char** argv) { kernel::arguments().assign(argv, argv + argc); }
 
+DWORD GetModuleFileNameA(char* buffer, DWORD capacity) {
+    const ssize_t length = readlink("/proc/self/exe", buffer, capacity);
+    if (length <= 0 || static_cast<std::size_t>(length) >= capacity) {
+        return 0;
+    }
+    buffer[length] = '\0';
+    return static_cast<DWORD>(length);
+}
+
 int ProgramArgumentCount() { return static_cast<int>(kernel::arguments().size()); }
 
 const char* ProgramArgument(int index) {

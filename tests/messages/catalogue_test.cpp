@@ -37,8 +37,10 @@ TEST(CatalogueTest, HasTheMessagesOfItsFile) {
         "<message number='7' kind='question'><text><![CDATA[<b> ]]></text><help/></message>"
         "<message number='8' kind='error'><text>t</text><help>a<p/></help></message>"
         "</catalogue>");
-    EXPECT_EQ(reading.told, (Texts{"c.xml:9: message 8: its <help> holds elements: a page "
-                                   "stands in <![CDATA[...]]>."}));
+    EXPECT_EQ(
+        reading.told,
+        (Texts{"c.xml:9: message \"8\": its <help> is not one piece of text: a page stands in "
+               "one <![CDATA[...]]>."}));
     ASSERT_EQ(reading.messages().size(), 3U);
     const CataloguedMessage& first = reading.messages()[0];
     EXPECT_EQ(first.number, 4294967295U);
@@ -61,35 +63,41 @@ TEST(CatalogueTest, LeavesOutWhatIsWrongAndSaysWhere) {
         std::string complaint;
     } cases[] = {
         {message("number='4294967296' kind='plain'", "<text>t</text>"),
-         "message 4294967296: its number is none from 0 to 4294967295"},
+         "message \"4294967296\": its number is not one from 0 to 4294967295"},
         {message("number='-1' kind='plain'", "<text>t</text>"),
-         "message -1: its number is none from 0 to 4294967295"},
+         "message \"-1\": its number is not one from 0 to 4294967295"},
         {message("kind='plain'", "<text>t</text>"),
-         "message : its number is none from 0 to 4294967295"},
+         "message \"\": its number is not one from 0 to 4294967295"},
         {message("number='5' kind='Error'", "<text>t</text>"),
-         "message 5: its kind is none of plain, error, warning, information, question"},
+         "message \"5\": its kind is not one of plain, error, warning, information, question"},
         {message("number='1' kind='plain'", "<text>again</text>"),
-         "message 1: its number is there already"},
+         "message \"1\": its number is there already"},
         {message(fine, "<text>a %2</text>"),
-         "message 5: its text has the placeholder %2, and there are 0 parameters"},
+         "message \"5\": its text has the placeholder %2, and there are 0 parameters"},
         {message(fine, "<parameter/><parameter/><text>%1</text>"),
-         "message 5: its parameter 2 is not in its text: %2 is missing"},
+         "message \"5\": its parameter 2 is not in its text: %2 is missing"},
         {message(fine, "<text>100 %</text>"),
-         "message 5: its text has a \"%\" that is neither one of \"%1\" to \"%9\" nor doubled"},
+         "message \"5\": its text has a \"%\" that is neither one of \"%1\" to \"%9\" nor doubled"},
         {message(fine, "<text>%0</text>"),
-         "message 5: its text has a \"%\" that is neither one of \"%1\" to \"%9\" nor doubled"},
+         "message \"5\": its text has a \"%\" that is neither one of \"%1\" to \"%9\" nor doubled"},
         {message(fine,
                  "<parameter/><parameter/><parameter/><parameter/><parameter/><parameter/>"
                  "<parameter/><parameter/><parameter/><parameter/><text>t</text>"),
-         "message 5: it has more than nine parameters"},
+         "message \"5\": it has more than nine parameters"},
         {message(fine, "<text></text>"),
-         "message 5: it has no <text> with a text, and nothing else, behind its parameters"},
+         "message \"5\": it has no <text> with one piece of text behind its parameters"},
         {message(fine, "<text>a<b/></text>"),
-         "message 5: it has no <text> with a text, and nothing else, behind its parameters"},
+         "message \"5\": it has no <text> with one piece of text behind its parameters"},
         {message(fine, "<text>t</text><parameter/>"),
-         "message 5: there is a <parameter> that does not belong there"},
-        {message(fine, "<text>a\xC0\xAF</text>"), "message 5: its text is no UTF-8"},
-        {message(fine, "<text>t</text><help>\xFF</help>"), "message 5: its text is no UTF-8"},
+         "message \"5\": there is a <parameter> that does not belong there"},
+        {message(fine, "<text>a\xC0\xAF</text>"),
+         "message \"5\": its text or its help is not UTF-8"},
+        {message(fine, "<text>t</text><help>\xFF</help>"),
+         "message \"5\": its text or its help is not UTF-8"},
+        {message(fine, "<text>t</text>stray"),
+         "message \"5\": there is text outside of its elements"},
+        {message(fine, "<text>a <!-- b --> c</text>"),
+         "message \"5\": it has no <text> with one piece of text behind its parameters"},
         {"<mesage/>", "only <message> elements may stand here"},
         {"stray", "only <message> elements may stand here"},
     };
@@ -106,21 +114,43 @@ TEST(CatalogueTest, LeavesOutWhatIsWrongAndSaysWhere) {
     }
 }
 
+TEST(CatalogueTest, HasUtf8AtEveryPlaceOfALongText) {
+    const auto messagesWith = [](const std::string& text) {
+        return Reading("<catalogue module='TVX'><message number='1' kind='error'><text>" + text +
+                       "</text></message></catalogue>")
+            .messages()
+            .size();
+    };
+    for (std::size_t before = 0; before < 20; ++before) {
+        const std::string plain(before, 'a');
+        EXPECT_EQ(messagesWith(plain + std::string("\u00E4\u20AC\U0001F600").append(plain)), 1U)
+            << before;
+        for (const char* bad : {"\x80", "\xC0\xAF", "\xED\xA0\x80", "\xE2\x82", "\xFF"}) {
+            EXPECT_EQ(messagesWith(plain + std::string(bad).append(plain)), 0U)
+                << before << " " << bad;
+        }
+    }
+}
+
 TEST(CatalogueTest, IsEmptyWhereTheFileIsNone) {
     const std::string head = "<catalogue module='TVX'>";
     const struct {
         std::string bytes;
         std::string complaint;
     } cases[] = {
-        {"", "c.xml:1: this is no well-formed XML: "},
-        {"\n\n", "c.xml:2: this is no well-formed XML: "},
+        {"", "c.xml:1: this is not well-formed XML: "},
+        {"\n\n", "c.xml:2: this is not well-formed XML: "},
         {head + "\n<message number='1' kind='error'><text>a</text></message>\n<mess",
-         "c.xml:3: this is no well-formed XML: "},
-        {head + "\n</message>", "c.xml:2: this is no well-formed XML: "},
+         "c.xml:3: this is not well-formed XML: "},
+        {head + "\n</message>", "c.xml:2: this is not well-formed XML: "},
         {"<catalog module='TVX'/>", "c.xml:1: the outermost element is no <catalogue>"},
         {"<catalogue module='tvx'/>",
          "c.xml:1: this is a catalogue of the module \"tvx\", not of \"TVX\""},
-        {std::string("<\0c\0", 4), "c.xml:1: there is a zero byte: this is no text"},
+        {std::string("<\0c\0", 4), "c.xml:1: there is a character zero"},
+        {head + "\n<message number='1' kind='error'><text>a&#x00;b</text></message></catalogue>",
+         "c.xml:2: there is a character zero"},
+        {head + "<message number='1' kind='error'><text>&#10;a&#0;b</text></message></catalogue>",
+         "c.xml:1: there is a character zero"},
         {"\n<!DOCTYPE c [<!ENTITY a 'ha'><!ENTITY b '&a;&a;&a;'>]>\n" + head +
              "<message number='1' kind='error'><text>&b;</text></message></catalogue>",
          "c.xml:2: a catalogue has no <!DOCTYPE>"},
@@ -188,7 +218,7 @@ TEST_F(ModuleTest, IsLoadedOnceAndKeepsWhatIsGood) {
     EXPECT_EQ(boxesIn(shown), 2U) << shown;
     EXPECT_NE(shown.find("The message catalogue gone.xml is not in "), std::string::npos) << shown;
     EXPECT_NE(shown.find(file("c.xml") +
-                         ":3: message 1: its number is in another catalogue of TVA already."),
+                         ":3: message \"1\": its number is in another catalogue of TVA already."),
               std::string::npos)
         << shown;
     EXPECT_EQ(textOf("TVA", 1) + textOf("TVA", 2) + textOf("TVA", 3), "onetwothree");
@@ -241,10 +271,16 @@ TEST_F(ModuleTest, OutlivesFilesThatAreNoCatalogues) {
     EXPECT_EQ(textOf("TVA", 1), "good");
 }
 
-TEST_F(ModuleTest, HasOneManagerForAll) {
-    EXPECT_EQ(tvErrorManager::getInstance(), tvErrorManager::getInstance());
-    EXPECT_EQ(NvMessageManager::getInstance()->loadModule("TVA", nullptr),
-              NvMessageManager::getInstance()->loadModule("TVA", nullptr));
+TEST_F(ModuleTest, IsUnknownWhereItsTableCannotBeRead) {
+    std::filesystem::create_directory(file("modules.txt"));
+    testing::internal::CaptureStderr();
+    NotingManager manager;
+    const std::string shown = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(boxesIn(shown), 1U);
+    EXPECT_NE(shown.find(file("modules.txt") + ": this is not a file that can be read."),
+              std::string::npos)
+        << shown;
+    EXPECT_TRUE(manager.knows("TVCOMMN"));
 }
 
 }  // namespace

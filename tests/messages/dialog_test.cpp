@@ -36,13 +36,13 @@ class Person {
 public:
     using Act = std::function<void(HWND screen, const Sight& sight)>;
 
-    explicit Person(Act act) : m_thread([this, act] { run(act); }) {
+    explicit Person(const Act& act) : m_thread([this, act] { run(act); }) {
         for (DWORD count = ViewChangeCount(); FindScreen() == 0;) {
             count = AwaitViewChange(count, 100);
         }
     }
     /// One who presses controls, one after the other.
-    explicit Person(std::vector<int> presses)
+    explicit Person(const std::vector<int>& presses)
         : Person([presses](HWND, const Sight& sight) {
               for (const int id : presses) {
                   SendMessageA(sight.controls.at(id).window, BM_CLICK, 0, 0);
@@ -69,7 +69,7 @@ private:
         act(screen, *m_sight);
         DestroyWindow(screen);
     }
-    /// A box is whole when its text is there and it is shown.
+    /// A dialog is shown once it has been made whole.
     bool look() {
         const auto windows = ViewWindows();
         if (!windows || windows->empty()) {
@@ -134,7 +134,7 @@ void expectPlace(const RECT& place, int left, int top, int right, int bottom) {
               (std::vector<int>{left, top, right, bottom}));
 }
 
-/// The words of this many letters of 6 pixels, with blanks of 4 between them.
+/// This many words of five letters, each letter 6 pixels wide, with blanks of 4 between them.
 std::string words(int count) {
     std::string text = "aaaaa";
     for (int i = 1; i < count; ++i) {
@@ -170,7 +170,7 @@ TEST_F(DnsDialogTest, GoesByTheMainWindow) {
     const WNDCLASSA windowClass{0, DefWindowProcA, 0, 0, 0, "Main"};
     RegisterClassA(&windowClass);
     CWnd main;
-    ASSERT_TRUE(main.SubclassWindow(CreateWindowExA(0, "Main", "", 0, 0, 0, 1000, 500, 0, 0, 0)));
+    ASSERT_TRUE(main.SubclassWindow(CreateWindowExA(0, "Main", "", 0, 0, 0, 1000, 500, 0, 0)));
     m_application.m_pMainWnd = &main;
     const Sight sight = shown(words(40), 0);
     EXPECT_EQ(sight.box.owner, main.m_hWnd);
@@ -251,8 +251,8 @@ TEST_F(DnsDialogTest, TakesLabelsOfTheCallers) {
 
 TEST_F(DnsDialogTest, RemembersTheAnswerWhileItsBoxIsTicked) {
     setenv("TARVEX_LOG_NVM_MESSAGES", file("trace").c_str(), 1);
-    const auto answer = [](std::vector<int> presses) {
-        const Person person(std::move(presses));
+    const auto answer = [](const std::vector<int>& presses) {
+        const Person person(presses);
         return ask(7);
     };
     EXPECT_EQ(getStoredAnswer("TVD", 7), 0);

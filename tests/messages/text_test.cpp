@@ -7,6 +7,7 @@
 #include <memory>
 #include <vector>
 
+#include "messages/errorText.h"
 #include "messages/messageFamily.h"
 #include "messages/messageHelp.h"
 #include "platform/kernel/sync.h"
@@ -66,6 +67,26 @@ TEST_F(TextTest, HasKindModuleAndNumberBeforeIt) {
 
     const std::string large(1 << 20, '%');
     EXPECT_EQ(body(4, large.c_str(), large.c_str()), large + ": " + large + ", 100 %, " + large);
+}
+
+TEST(StringTest, FindsAndCutsWithinItsEnds) {
+    const NvString text("One: two: ONE");
+    EXPECT_EQ(text.find(":", 0, false), 3);
+    EXPECT_EQ(text.find(":", 4, false), 8);
+    EXPECT_EQ(text.find(":", -5, false), 3);
+    EXPECT_EQ(text.find("one", 0, false), -1);
+    EXPECT_EQ(text.find("one", 1, true), 10);
+    EXPECT_EQ(text.find("one", 11, true), -1);
+    EXPECT_EQ(text.find(":", 99, true), -1);
+    const auto part = [&text](int from, int count) {
+        NvString result("left over");
+        text.substring(from, count, &result);
+        return std::string(result);
+    };
+    EXPECT_EQ(part(5, 3), "two");
+    EXPECT_EQ(part(10, 99), "ONE");
+    EXPECT_EQ(part(-4, 3), "One");
+    EXPECT_EQ(part(99, 1) + part(0, -1), "");
 }
 
 TEST_F(TextTest, MayHaveAHelpPage) {

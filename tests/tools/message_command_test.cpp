@@ -69,7 +69,7 @@ TEST_F(MessageCommandTest, ListsWhatTheCataloguesHave) {
     const Outcome own = message({"text", "TVOWN", "3"});
     EXPECT_EQ(own.code, 0);
     EXPECT_EQ(own.output, "MESSAGE(TVOWN-3):  Ours.\n");
-    EXPECT_NE(own.errors.find(folder + "/own.xml:2: message x: its number is none"),
+    EXPECT_NE(own.errors.find(folder + "/own.xml:2: message \"x\": its number is not one"),
               std::string::npos)
         << own.errors;
     unsetenv("JUNTORA_CATALOGUES");

@@ -1,5 +1,4 @@
 // answers: what users have had remembered instead of being asked again, by program.
-#include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
@@ -10,6 +9,7 @@
 #include "tools/juntoractl/ExitCode.h"
 #include "tools/juntoractl/Output.h"
 #include "tools/juntoractl/RegistryKey.h"
+#include "tools/juntoractl/RegistryValue.h"
 
 namespace juntora {
 namespace {
@@ -25,49 +25,36 @@ struct Answer {
     std::string value;
 };
 
-std::vector<std::string> programs() {
-    std::vector<std::string> names;
-    OpenRegistryKey settings;
-    if (RegOpenKeyExA(HKEY_CURRENT_USER, PROFILES_KEY, KEY_READ, settings.out()) != ERROR_SUCCESS) {
-        return names;
-    }
-    char name[256];
-    for (DWORD index = 0, length = sizeof name;
-         RegEnumKeyExA(settings, index, name, &length) == ERROR_SUCCESS;
-         ++index, length = sizeof name) {
-        names.emplace_back(name);
-    }
-    return names;
-}
-
 std::string sectionOf(const std::string& program) {
     return std::string(PROFILES_KEY) + "\\" + program + "\\" + ANSWERS_SECTION;
 }
 
-void addAnswers(const std::string& program, std::vector<Answer>* answers) {
-    OpenRegistryKey section;
-    if (RegOpenKeyExA(HKEY_CURRENT_USER, sectionOf(program).c_str(), KEY_READ, section.out()) !=
-        ERROR_SUCCESS) {
-        return;
+/// Reads from a key of the user's; one that is not there has nothing. Any other error is told.
+template <class Things>
+Things readBelow(const std::string& path, DWORD (*read)(HKEY key, Things* things)) {
+    Things things;
+    OpenRegistryKey key;
+    DWORD error = RegOpenKeyExA(HKEY_CURRENT_USER, path.c_str(), KEY_READ, key.out());
+    if (error == ERROR_SUCCESS) {
+        error = read(key, &things);
     }
-    char key[1024];
-    char value[256];
-    DWORD length = sizeof key;
-    DWORD size = sizeof value;
-    for (DWORD index = 0;
-         RegEnumValueA(section, index, key, &length, nullptr, value, &size) == ERROR_SUCCESS;
-         ++index, length = sizeof key, size = sizeof value) {
-        const std::string text(value, strnlen(value, size));
-        if (!text.empty() && text != NO_ANSWER) {
-            answers->push_back({program, key, text});
-        }
+    if (error != ERROR_SUCCESS && error != ERROR_FILE_NOT_FOUND) {
+        complain("HKCU\\" + path + ": " + registryErrorText(error));
     }
+    return things;
 }
 
 std::vector<Answer> allAnswers() {
     std::vector<Answer> answers;
-    for (const std::string& program : programs()) {
-        addAnswers(program, &answers);
+    for (const std::string& program :
+         readBelow<std::vector<std::string>>(PROFILES_KEY, readSubkeyNames)) {
+        for (const RegistryValue& value :
+             readBelow<std::vector<RegistryValue>>(sectionOf(program), readRegistryValues)) {
+            const Json data = value.type == REG_SZ ? value.json() : Json();
+            if (data.is_string() && data != "" && data != NO_ANSWER) {
+                answers.push_back({program, value.name, data.get<std::string>()});
+            }
+        }
     }
     return answers;
 }
@@ -83,20 +70,32 @@ int print(const Options& options) {
     return EXIT_CODE_DONE;
 }
 
+DWORD removeAnswer(const Answer& answer) {
+    OpenRegistryKey section;
+    const DWORD error = RegOpenKeyExA(HKEY_CURRENT_USER, sectionOf(answer.program).c_str(),
+                                      KEY_WRITE, section.out());
+    return error == ERROR_SUCCESS ? RegDeleteValueA(section, answer.key.c_str()) : error;
+}
+
 /// In all programs: who is asked again once too often loses nothing.
 int forget(const std::string& key) {
-    bool wasThere = false;
+    bool isThere = false;
+    int result = EXIT_CODE_DONE;
     for (const Answer& answer : allAnswers()) {
-        OpenRegistryKey section;
-        if (answer.key == key && RegOpenKeyExA(HKEY_CURRENT_USER, sectionOf(answer.program).c_str(),
-                                               KEY_WRITE, section.out()) == ERROR_SUCCESS) {
-            wasThere |= RegDeleteValueA(section, key.c_str()) == ERROR_SUCCESS;
+        if (answer.key != key) {
+            continue;
+        }
+        isThere = true;
+        if (const DWORD error = removeAnswer(answer); error != ERROR_SUCCESS) {
+            complain(answer.program + ": " + registryErrorText(error));
+            result = EXIT_CODE_REFUSED;
         }
     }
-    if (!wasThere) {
+    if (!isThere) {
         complain("no answer is remembered for " + key);
+        result = EXIT_CODE_REFUSED;
     }
-    return wasThere ? EXIT_CODE_DONE : EXIT_CODE_REFUSED;
+    return result;
 }
 
 int run(const Options& options) {
