@@ -1,5 +1,7 @@
 #include "bench/Messages.h"
 
+#include <malloc.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -99,6 +101,10 @@ void benchRetrieval() {
 }  // namespace
 
 void benchMessages() {
+    // Both keep the memory that they give back: else the one that comes to fresh pages each time
+    // pays the kernel for them, and which one that is depends on what lies where.
+    mallopt(M_TRIM_THRESHOLD, 1 << 30);
+    mallopt(M_MMAP_THRESHOLD, 1 << 30);
     const test::DesktopSandbox sandbox;
     setenv("JUNTORA_CATALOGUES", sandbox.runtimeFolder().c_str(), 1);
     std::ofstream(sandbox.runtimeFolder() + "/modules.txt") << "TVB bench.xml\n";

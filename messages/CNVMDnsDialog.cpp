@@ -200,6 +200,7 @@ int CNVMDnsDialog::buttonTop() const { return textRect.bottom + ROOM_AFTER_TEXT;
 void CNVMDnsDialog::placeButtons() {
     const ButtonRow* row = rowOf(style);
     if (!row) {
+        lowerButtons();
         return;
     }
     int widths[3];
@@ -216,6 +217,16 @@ void CNVMDnsDialog::placeButtons() {
         placeLabelled(width, row->count, widths);
     } else {
         placeInRow(width, row->count, widths);
+    }
+}
+
+/// A style that is none has all buttons side by side as the template has them, below the text.
+void CNVMDnsDialog::lowerButtons() {
+    for (const int button : BUTTONS) {
+        RECT place{};
+        GetWindowRect(GetDlgItem(m_hWnd, button), &place);
+        juntora::SetWindowPos(GetDlgItem(m_hWnd, button), HWND_TOP, place.left, buttonTop(), 0, 0,
+                              SWP_NOSIZE | SWP_NOZORDER);
     }
 }
 

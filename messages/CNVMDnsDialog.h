@@ -48,6 +48,7 @@ private:
     bool takesLabels(int count) const;
     int buttonTop() const;
     void placeButtons();
+    void lowerButtons();
     void placeInRow(int width, int count, const int (&widths)[3]);
     void placeLabelled(int width, int count, const int (&widths)[3]);
     void placeCheckBox();

@@ -2,21 +2,27 @@
 
 #include <algorithm>
 #include <charconv>
-#include <iterator>
+#include <cstring>
 #include <optional>
 #include <unordered_set>
 #include <utility>
 
 #include <pugixml.hpp>
 
+#include "messages/references.h"
 #include "platform/automation/Utf8.h"
 
 namespace juntora {
 namespace {
 
+constexpr std::size_t USUAL_MESSAGE = 250;  ///< In bytes of the file.
 constexpr unsigned MOST_PARAMETERS = NvList::MOST_KEPT;
-constexpr unsigned PARSING = pugi::parse_minimal | pugi::parse_escapes | pugi::parse_cdata |
-                             pugi::parse_eol | pugi::parse_trim_pcdata | pugi::parse_doctype;
+constexpr unsigned PARSING = pugi::parse_minimal | pugi::parse_cdata | pugi::parse_eol |
+                             pugi::parse_trim_pcdata | pugi::parse_doctype;
+
+constexpr char MODULE[] = "module";
+constexpr char NUMBER[] = "number";
+constexpr char KIND[] = "kind";
 
 struct Kind {
     std::string_view word;
@@ -44,27 +50,55 @@ std::optional<std::uint32_t> numberOf(std::string_view text) {
     return error == std::errc() && behind == end ? std::optional(number) : std::nullopt;
 }
 
-/// Where a reference to the character zero stands, which would end a text early; npos for nowhere.
-std::size_t findZeroReference(std::string_view bytes) {
-    for (std::size_t sign = bytes.find('#'); sign != std::string_view::npos;
-         sign = bytes.find('#', sign + 1)) {
-        const std::size_t digits = sign + (bytes.substr(sign + 1, 1) == "x" ? 2 : 1);
-        const std::size_t end = std::min(bytes.find_first_not_of('0', digits), bytes.size());
-        if (end > digits && bytes.substr(end, 1) == ";" && sign > 0 && bytes[sign - 1] == '&') {
-            return sign - 1;
-        }
-    }
-    return std::string_view::npos;
+/// A part of the file as a complaint shows it.
+std::string quoted(std::string_view text) {
+    constexpr std::size_t MOST_SHOWN = 40;
+    std::string result = "\"";
+    result += text.substr(0, MOST_SHOWN);
+    return result += text.size() > MOST_SHOWN ? "...\"" : "\"";
 }
 
-/// What stands in an element that may hold text alone; nothing where it holds anything else.
-std::optional<std::string_view> textIn(const pugi::xml_node& element) {
+/// Reads what stands in an element that may hold text alone. Returns what is wrong with it.
+std::string readText(const pugi::xml_node& element, std::string_view* text) {
     const pugi::xml_node first = element.first_child();
-    if (!first) {
-        return "";
+    const bool isCharacters = first.type() == pugi::node_pcdata;
+    if (first && ((!isCharacters && first.type() != pugi::node_cdata) || first.next_sibling())) {
+        return "is not one piece of text: characters, or one <![CDATA[...]]>";
     }
-    const bool isText = first.type() == pugi::node_pcdata || first.type() == pugi::node_cdata;
-    return isText && !first.next_sibling() ? std::optional(first.value()) : std::nullopt;
+    std::string_view bytes = first.value();
+    if (isCharacters) {
+        // The parser has left them in the catalogue's own bytes.
+        const auto decoded = decodeReferences({const_cast<char*>(bytes.data()), bytes.size()});
+        if (!decoded) {
+            return "has a \"&\" that is none of &amp;, &lt;, &gt;, &quot;, &apos; and &#NUMBER;";
+        }
+        bytes = *decoded;
+    }
+    *text = bytes;
+    return automation::isBusText(bytes) ? "" : "is not UTF-8";
+}
+
+/// For nodes and attributes.
+template <class Thing>
+bool isNamed(const Thing& thing, const char* name) {
+    return std::strcmp(thing.name(), name) == 0;
+}
+
+struct Naming {
+    pugi::xml_attribute number;
+    pugi::xml_attribute kind;
+};
+
+/// The attributes of a message; nothing unless it has these two and no other.
+std::optional<Naming> namingOf(const pugi::xml_node& element) {
+    Naming naming{element.first_attribute(), element.last_attribute()};
+    if (isNamed(naming.number, KIND)) {
+        std::swap(naming.number, naming.kind);
+    }
+    const bool areTwo = element.first_attribute().next_attribute() == element.last_attribute();
+    return areTwo && isNamed(naming.number, NUMBER) && isNamed(naming.kind, KIND)
+               ? std::optional(naming)
+               : std::nullopt;
 }
 
 /// What is wrong with the placeholders of a text, empty if nothing is. Each parameter must be shown
@@ -80,7 +114,7 @@ std::string placeholderMistake(std::string_view text, unsigned parameters) {
         }
         at = text.find('%', at + 2);
     }
-    for (unsigned i = 0; i < MOST_PARAMETERS; ++i) {
+    for (unsigned i = 0; used != (1U << parameters) - 1; ++i) {
         const bool isUsed = (used >> i & 1U) != 0;
         if (isUsed != (i < parameters)) {
             std::string mistake = isUsed ? "its text has the placeholder %" : "its parameter ";
@@ -120,7 +154,8 @@ public:
         const pugi::xml_document& document = catalogue->m_document->xml;
         catalogue->m_document->bytes = std::move(bytes);
         if (parse(catalogue->m_document.get()) && isOfModule(document.document_element())) {
-            readMessages(document.document_element(), &catalogue->m_messages);
+            readMessages(document.document_element(), catalogue->m_document->bytes.size(),
+                         &catalogue->m_messages);
         }
         return catalogue;
     }
@@ -128,9 +163,8 @@ public:
 private:
     bool parse(Catalogue::Document* document) {
         std::string& bytes = document->bytes;
-        const std::size_t zero = std::min(bytes.find('\0'), findZeroReference(bytes));
-        if (zero != std::string::npos) {
-            complainAt(zero, "there is a character zero, which no text may have");
+        if (const std::size_t at = bytes.find('\0'); at != std::string::npos) {
+            complainAt(at, "there is a zero byte: this is not a text");
             return false;
         }
         const pugi::xml_parse_result result = document->xml.load_buffer_inplace(
@@ -157,25 +191,29 @@ private:
     }
 
     bool isOfModule(const pugi::xml_node& root) {
-        if (root.name() != std::string_view("catalogue")) {
+        if (!isNamed(root, "catalogue")) {
             complain(root, "the outermost element is no <catalogue>");
             return false;
         }
-        if (root.attribute("module").value() != m_module) {
-            complain(root, std::string("this is a catalogue of the module \"") +
-                               root.attribute("module").value() + "\", not of \"" + m_module +
-                               "\"");
+        const pugi::xml_attribute module = root.first_attribute();
+        if (!isNamed(module, MODULE) || module.next_attribute() || module.value() != m_module) {
+            complain(root, "this is a catalogue of the module " +
+                               quoted(root.attribute("module").value()) + ", not of " +
+                               quoted(m_module) + " alone");
             return false;
+        }
+        if (const pugi::xml_node second = root.next_sibling()) {
+            complain(second, "there is a <" + std::string(second.name()).substr(0, 40) +
+                                 "> behind the <catalogue>: a file has one, and nothing else");
         }
         return true;
     }
 
-    void readMessages(const pugi::xml_node& root, std::vector<CataloguedMessage>* messages) {
-        const auto elements = root.children();
-        messages->reserve(
-            static_cast<std::size_t>(std::distance(elements.begin(), elements.end())));
-        for (const pugi::xml_node& element : elements) {
-            if (element.name() != std::string_view("message")) {
+    void readMessages(const pugi::xml_node& root, std::size_t bytes,
+                      std::vector<CataloguedMessage>* messages) {
+        messages->reserve(bytes / USUAL_MESSAGE + 1);
+        for (const pugi::xml_node& element : root.children()) {
+            if (!isNamed(element, "message")) {
                 complain(element, "only <message> elements may stand here");
                 continue;
             }
@@ -188,8 +226,8 @@ private:
             if (mistake.empty()) {
                 messages->push_back(message);
             } else {
-                complain(element, std::string("message \"") + element.attribute("number").value() +
-                                      "\": " + mistake);
+                complain(element,
+                         "message " + quoted(element.attribute("number").value()) + ": " + mistake);
             }
         }
     }
@@ -209,12 +247,16 @@ private:
 
     /// Returns what is wrong.
     static std::string readMessage(const pugi::xml_node& element, CataloguedMessage* message) {
-        const auto number = numberOf(element.attribute("number").value());
+        const auto naming = namingOf(element);
+        if (!naming) {
+            return "its attributes are not number and kind, once each";
+        }
+        const auto number = numberOf(naming->number.value());
         if (!number) {
             return "its number is not one from 0 to 4294967295";
         }
         message->number = *number;
-        const auto kind = kindOf(element.attribute("kind").value());
+        const auto kind = kindOf(naming->kind.value());
         if (!kind) {
             return "its kind is not one of plain, error, warning, information, question";
         }
@@ -226,34 +268,33 @@ private:
     /// The elements of a message, in this order: parameters, the text, perhaps a help page.
     static std::string readParts(const pugi::xml_node& element, CataloguedMessage* message) {
         pugi::xml_node part = element.first_child();
-        for (; part.name() == std::string_view("parameter"); part = part.next_sibling()) {
+        for (; isNamed(part, "parameter"); part = part.next_sibling()) {
             ++message->parameters;
         }
         if (message->parameters > MOST_PARAMETERS) {
             return "it has more than nine parameters";
         }
-        const auto text = part.name() == std::string_view("text") ? textIn(part) : std::nullopt;
-        if (!text || text->empty()) {
-            return "it has no <text> with one piece of text behind its parameters";
+        if (!isNamed(part, "text")) {
+            return "it has no <text> behind its parameters";
         }
-        message->text = *text;
+        std::string mistake = readText(part, &message->text);
+        if (!mistake.empty() || message->text.empty()) {
+            return "its <text> " + (mistake.empty() ? "is empty" : mistake);
+        }
         part = part.next_sibling();
-        if (part.name() == std::string_view("help")) {
-            const auto help = textIn(part);
-            if (!help) {
-                return "its <help> is not one piece of text: a page stands in one <![CDATA[...]]>";
-            }
-            message->help = *help;
+        if (isNamed(part, "help")) {
+            mistake = readText(part, &message->help);
             part = part.next_sibling();
         }
-        if (part) {
-            return *part.name() != '\0'
-                       ? std::string("there is a <") + part.name() + "> that does not belong there"
-                       : "there is text outside of its elements";
+        if (!mistake.empty()) {
+            return "its <help> " + mistake;
         }
-        return automation::isBusText(message->text) && automation::isBusText(message->help)
-                   ? ""
-                   : "its text or its help is not UTF-8";
+        if (part) {
+            return *part.name() != '\0' ? "there is a <" + std::string(part.name()).substr(0, 40) +
+                                              "> that does not belong there"
+                                        : "there is text outside of its elements";
+        }
+        return "";
     }
 
     static std::uint32_t offsetOf(const pugi::xml_node& node) {

@@ -1,6 +1,7 @@
 #include "messages/NvMessageManager.h"
 
 #include <algorithm>
+#include <new>
 #include <string>
 #include <utility>
 
@@ -20,6 +21,20 @@ void NvMrdUtil::mrdUtilInit(const char* product) { productName() = product; }
 const std::string& NvMrdUtil::product() { return productName(); }
 
 NvMessageCatalog* NvMessageModule::registerCatalog(const char* file, NvStatus* status) {
+    const auto known = std::ranges::find(m_catalogues, std::string_view(file), &Registered::file);
+    if (known != m_catalogues.end()) {
+        return known->catalogue.get();
+    }
+    try {
+        return readCatalog(file, status);
+    } catch (const std::bad_alloc&) {
+        status->addFailure(std::string(file) +
+                           ": there is not enough memory for this catalogue. Close some programs.");
+        return nullptr;
+    }
+}
+
+NvMessageCatalog* NvMessageModule::readCatalog(const char* file, NvStatus* status) {
     std::string bytes;
     std::string path;
     const std::string failure = readCatalogueFile(file, &bytes, &path);
@@ -28,8 +43,9 @@ NvMessageCatalog* NvMessageModule::registerCatalog(const char* file, NvStatus* s
         return nullptr;
     }
     Complaints complaints;
-    m_catalogues.push_back(Catalogue::read(std::move(bytes), m_name, &complaints));
-    add(*m_catalogues.back(), &complaints);
+    m_catalogues.push_back({file, Catalogue::read(std::move(bytes), m_name, &complaints)});
+    Catalogue* catalogue = m_catalogues.back().catalogue.get();
+    add(*catalogue, &complaints);
     if (complaints.count() > 0) {
         // Once more, for the lines: the parser has worked over those bytes. A file that changes
         // meanwhile has others.
@@ -38,7 +54,7 @@ NvMessageCatalog* NvMessageModule::registerCatalog(const char* file, NvStatus* s
             status->addFailure(std::move(text));
         }
     }
-    return m_catalogues.back().get();
+    return catalogue;
 }
 
 void NvMessageModule::add(const Catalogue& catalogue, Complaints* complaints) {

@@ -33,7 +33,8 @@ public:
     /// Reads a catalogue, a bare file name that is looked for where catalogues are installed
     /// (catalogueFiles.h), and adds its messages to the module. Each mistake is a failure in
     /// `*status`; what is good of the file is added. A number that another catalogue of the module
-    /// has already is a mistake too. Returns the catalogue, null if no file could be read.
+    /// has already is a mistake too. A file that has been registered before is not read again.
+    /// Returns the catalogue, null if no file could be read.
     NvMessageCatalog* registerCatalog(const char* file, NvStatus* status);
 
     /// Null if no catalogue has the number.
@@ -46,7 +47,13 @@ private:
     void add(const Catalogue& catalogue, Complaints* complaints);
 
     const std::string m_name;
-    std::vector<std::unique_ptr<Catalogue>> m_catalogues;
+    NvMessageCatalog* readCatalog(const char* file, NvStatus* status);
+
+    struct Registered {
+        std::string file;
+        std::unique_ptr<Catalogue> catalogue;
+    };
+    std::vector<Registered> m_catalogues;
     std::vector<const CataloguedMessage*> m_messages;  ///< By number, each once.
 };
 

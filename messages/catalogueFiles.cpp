@@ -15,6 +15,7 @@ namespace {
 
 constexpr char FOLDER_VARIABLE[] = "JUNTORA_CATALOGUES";
 constexpr char TABLE_FILE[] = "modules.txt";
+constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
 constexpr std::string_view BLANKS = " \t\r";
 
 /// Each ends in a separator.
@@ -39,7 +40,7 @@ bool readFile(const std::string& path, std::string* bytes, std::string* why) {
     }
     if (status.size > static_cast<std::int64_t>(Catalogue::LARGEST_FILE)) {
         *why = path + ": the file is larger than " + std::to_string(Catalogue::LARGEST_FILE >> 20) +
-               " MiB, which no catalogue may be. Divide it.";
+               " MiB, which is more than is read. Divide it.";
         return false;
     }
     bytes->resize(static_cast<std::size_t>(status.size));
@@ -58,8 +59,24 @@ std::string_view takeWord(std::string_view* line) {
     return word;
 }
 
+std::string notFound(const std::string& what) {
+    std::string folders;
+    for (const std::string& folder : catalogueFolders()) {
+        folders += (folders.empty() ? "" : " or ") + folder;
+    }
+    if (folders.empty()) {
+        return "The " + what +
+               " was not looked for: the program lies outside of an installation. Name the "
+               "installation in JUNTORA_ROOT, or the catalogues' folder in " +
+               FOLDER_VARIABLE + ".";
+    }
+    return "The " + what + " is not in " + folders + ". Install it there, or name its folder in " +
+           FOLDER_VARIABLE + ".";
+}
+
 void readRows(std::string_view table,
               const std::function<void(std::string_view, std::string_view)>& row) {
+    table.remove_prefix(table.starts_with(BYTE_ORDER_MARK) ? BYTE_ORDER_MARK.size() : 0);
     while (!table.empty()) {
         std::string_view line = table.substr(0, table.find('\n'));
         table.remove_prefix(std::min(line.size() + 1, table.size()));
@@ -74,7 +91,9 @@ void readRows(std::string_view table,
 }  // namespace
 
 std::string readCatalogueFile(const std::string& name, std::string* bytes, std::string* path) {
-    std::string folders;
+    if (name.find_first_of("/\\") != std::string::npos) {
+        return name + ": a catalogue is named by its file alone, without a folder.";
+    }
     for (const std::string& folder : catalogueFolders()) {
         *path = folder + name;
         if (GetFileAttributesA(path->c_str()) != INVALID_FILE_ATTRIBUTES) {
@@ -82,31 +101,27 @@ std::string readCatalogueFile(const std::string& name, std::string* bytes, std::
             readFile(*path, bytes, &why);
             return why;
         }
-        folders += (folders.empty() ? "" : " or ") + folder;
     }
-    if (folders.empty()) {
-        return "The message catalogue " + name +
-               " was not looked for: the program lies outside of an installation. Name the "
-               "installation in JUNTORA_ROOT, or the catalogue's folder in " +
-               FOLDER_VARIABLE + ".";
-    }
-    return "The message catalogue " + name + " is not in " + folders +
-           ". Install it there, or name its folder in " + FOLDER_VARIABLE + ".";
+    return notFound("message catalogue " + name);
 }
 
 std::string readModuleTable(const std::function<void(std::string_view, std::string_view)>& row) {
     std::string failures;
+    bool isThere = false;
     for (const std::string& folder : catalogueFolders()) {
         const std::string path = folder + TABLE_FILE;
         std::string table;
         std::string why;
         if (readFile(path, &table, &why)) {
+            isThere = true;
             readRows(table, row);
         } else if (GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES) {
             failures += why + "\n";
         }
     }
-    return failures;
+    return isThere || !failures.empty()
+               ? failures
+               : notFound(std::string("table of message catalogues, ") + TABLE_FILE + ",");
 }
 
 }  // namespace juntora

@@ -16,8 +16,8 @@ std::string readCatalogueFile(const std::string& name, std::string* bytes, std::
 
 /// Reads the table of modules, "modules.txt" of each folder that has one: a line each, the module
 /// and the names of its files between blanks; "#" begins a comment. Calls `row(module, file)` for
-/// each file in order. A table that is there and cannot be read is as one without lines; returns
-/// what is wrong with such, a line each.
+/// each file in order. A table that is there and cannot be read is as one without lines. Returns
+/// what is wrong with such, a line each, or that there is no table at all; empty if nothing is.
 std::string readModuleTable(const std::function<void(std::string_view, std::string_view)>& row);
 
 }  // namespace juntora

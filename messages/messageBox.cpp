@@ -17,6 +17,11 @@ constexpr char SESSION_LOG_VARIABLE[] = "TARVEX_DUMP_MSGBOX_MESSAGES_IN_SESSION_
 using SessionLog = void (*)(const char* text);
 constinit SessionLog g_sessionLog = nullptr;
 
+/// 0 in what is no number.
+int answerIn(const std::string& stored) {
+    return static_cast<int>(std::strtol(stored.c_str(), nullptr, 10));
+}
+
 unsigned int iconOf(nvm_msg_type type) {
     switch (type) {
         case NVM_ERROR:
@@ -65,7 +70,7 @@ int showStatusDialog(NvStatus* status, const char* module, unsigned long number,
     }
     const std::string stored = storedAnswer(module, number);
     if (!stored.empty() && stored != NO_ANSWER) {
-        return std::atoi(stored.c_str());
+        return answerIn(stored);
     }
     CNVMDnsDialog dialog(text, module, static_cast<unsigned int>(number), style, icon, helpContext,
                          showCheckBox, labels);
@@ -81,7 +86,7 @@ int showStatusDialog(NvStatus* status, const char* module, unsigned long number,
 void setSessionLogCallback(void (*callback)(const char* text)) { g_sessionLog = callback; }
 
 int getStoredAnswer(const char* module, int number) {
-    return std::atoi(storedAnswer(module, static_cast<unsigned long>(number)).c_str());
+    return answerIn(storedAnswer(module, static_cast<unsigned long>(number)));
 }
 
 }  // namespace juntora

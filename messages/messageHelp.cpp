@@ -32,7 +32,7 @@ int showMessageHelpForText(const char* text) {
     int number = 0;
     return parseMessageKey(text, &module, &number) != 0
                ? 1
-               : showMessageHelp(module.c_str(), static_cast<unsigned long>(number));
+               : showMessageHelp(module.c_str(), static_cast<unsigned>(number));
 }
 
 int parseMessageKey(const char* text, std::string* module, int* number) {
@@ -45,7 +45,8 @@ int parseMessageKey(const char* text, std::string* module, int* number) {
         return 1;
     }
     *module = whole.substr(open + 1, dash - open - 1);
-    *number = std::atoi(std::string(whole.substr(dash + 1, close - dash - 1)).c_str());
+    const std::string digits(whole.substr(dash + 1, close - dash - 1));
+    *number = static_cast<int>(std::strtol(digits.c_str(), nullptr, 10));
     return 0;
 }
 

@@ -1,5 +1,7 @@
 #include "messages/tvErrorManager.h"
 
+#include <utility>
+
 #include "framework/CWinApp.h"
 #include "messages/NvMessageManager.h"
 #include "messages/catalogueFiles.h"
@@ -18,21 +20,24 @@ tvErrorManager* tvErrorManager::getInstance() {
     return g_instance;
 }
 
+void tvErrorManager::exitService() { NvMessageManager::exitMS(); }
+void tvErrorManager::forgetInstance() { g_instance = nullptr; }
+
 tvErrorManager::tvErrorManager() {
     NvMrdUtil::mrdUtilInit("voltara");
     NvMessageManager::initMS();
-    const std::string failures =
-        readModuleTable([this](std::string_view module, std::string_view file) {
-            moduleCatalogs[std::string(module)].emplace_back(file);
-        });
-    if (!failures.empty()) {
-        AfxMessageBox(failures.c_str());
-    }
+    tableFailures = readModuleTable([this](std::string_view module, std::string_view file) {
+        moduleCatalogs[std::string(module)].emplace_back(file);
+    });
 }
 
 tvErrorManager::~tvErrorManager() = default;
 
 bool tvErrorManager::loadModuleCatalogs(const char* module) {
+    if (!tableFailures.empty()) {
+        // Not in the making of the instance: a box serves what may ask for messages in turn.
+        AfxMessageBox(std::exchange(tableFailures, {}).c_str());
+    }
     bool result = true;
     const std::string key = module;
     if (loadedModules.contains(key)) {

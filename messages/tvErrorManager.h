@@ -23,6 +23,12 @@ public:
     /// The one instance, made at the first call, and the service started with it.
     static tvErrorManager* getInstance();
 
+    /// Both together have everything read anew from the next request on: the first ends the service
+    /// (NvMessageManager::exitMS), the second has getInstance make another. Nothing in the library
+    /// calls them.
+    static void exitService();
+    static void forgetInstance();
+
     tvErrorManager(const tvErrorManager&) = delete;
     tvErrorManager& operator=(const tvErrorManager&) = delete;
 
@@ -30,6 +36,8 @@ protected:
     /// Starts the service and reads the table of modules; no catalogue.
     tvErrorManager();
 
+    /// What is wrong with the table of modules; shown once, at the first request.
+    std::string tableFailures;
     std::map<std::string, bool> loadedModules;  ///< Only the presence of a key counts.
     std::map<std::string, std::list<std::string>> moduleCatalogs;  ///< In order of registration.
 };

@@ -1,5 +1,6 @@
 #include "platform/automation/Utf8.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -48,19 +49,24 @@ std::size_t firstCharacter(std::string_view text) {
     return 0;
 }
 
-/// Passes over plain signs eight at a time: most of any text.
+/// Passes over plain signs, eight at a time where there are as many: most of any text.
 void skipPlain(std::string_view* text) {
     constexpr std::uint64_t LOWS = 0x0101010101010101;
     constexpr std::uint64_t HIGHS = 0x8080808080808080;
+    const char* at = text->data();
+    const char* const end = at + text->size();
     std::uint64_t eight = 0;
-    while (text->size() >= sizeof eight) {
-        std::memcpy(&eight, text->data(), sizeof eight);
+    for (; end - at >= static_cast<std::ptrdiff_t>(sizeof eight); at += sizeof eight) {
+        std::memcpy(&eight, at, sizeof eight);
         // A NUL borrows from its high bit.
         if (((eight | (eight - LOWS)) & HIGHS) != 0) {
-            return;
+            break;
         }
-        text->remove_prefix(sizeof eight);
     }
+    while (at != end && static_cast<signed char>(*at) > 0) {
+        ++at;
+    }
+    text->remove_prefix(static_cast<std::size_t>(at - text->data()));
 }
 
 }  // namespace

@@ -36,7 +36,7 @@ void PrintUnseenBox(const char* text, const char* caption, const char* answer) {
     try {
         const std::string block = "[" + PrintableText(caption ? caption : "Error") + "]\n" +
                                   indented(text ? text : "", "    ") + "\n    (answered \"" +
-                                  answer + "\": no screen shows this desktop)\n";
+                                  PrintableText(answer) + "\": no screen shows this desktop)\n";
         kernel::WriteToErrors(block);
     } catch (...) {
         kernel::WriteToErrors("A message could not be shown: out of memory.\n");

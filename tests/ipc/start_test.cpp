@@ -83,7 +83,8 @@ TEST_F(StartTest, ThereIsNoHubToStart) {
     EXPECT_EQ(run("start"), "0");
     EXPECT_EQ(m_errors, "");
     EXPECT_EQ(run("attach"), "[] -1");
-    EXPECT_TRUE(m_errors.starts_with("[Error 2]\n    \n    (answered \"OK\"")) << m_errors;
+    EXPECT_NE(m_errors.find("the program lies outside of an installation"), std::string::npos);
+    EXPECT_NE(m_errors.find("[Error 2]\n    \n    (answered \"OK\""), std::string::npos);
     // With an installation around it the box has a text.
     setenv("JUNTORA_ROOT", (ProgramFolder() + "/..").c_str(), 1);
     EXPECT_EQ(run("attach"), "[] -1");

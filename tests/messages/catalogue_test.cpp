@@ -39,8 +39,8 @@ TEST(CatalogueTest, HasTheMessagesOfItsFile) {
         "</catalogue>");
     EXPECT_EQ(
         reading.told,
-        (Texts{"c.xml:9: message \"8\": its <help> is not one piece of text: a page stands in "
-               "one <![CDATA[...]]>."}));
+        (Texts{"c.xml:9: message \"8\": its <help> is not one piece of text: characters, or one "
+               "<![CDATA[...]]>."}));
     ASSERT_EQ(reading.messages().size(), 3U);
     const CataloguedMessage& first = reading.messages()[0];
     EXPECT_EQ(first.number, 4294967295U);
@@ -67,7 +67,13 @@ TEST(CatalogueTest, LeavesOutWhatIsWrongAndSaysWhere) {
         {message("number='-1' kind='plain'", "<text>t</text>"),
          "message \"-1\": its number is not one from 0 to 4294967295"},
         {message("kind='plain'", "<text>t</text>"),
-         "message \"\": its number is not one from 0 to 4294967295"},
+         "message \"\": its attributes are not number and kind, once each"},
+        {message("number='5' kind='plain' colour='red'", "<text>t</text>"),
+         "message \"5\": its attributes are not number and kind, once each"},
+        {message("number='5' kind='plain' kind='plain'", "<text>t</text>"),
+         "message \"5\": its attributes are not number and kind, once each"},
+        {message("number='" + std::string(99, '7') + "' kind='plain'", "<text>t</text>"),
+         "message \"" + std::string(40, '7') + "...\": its number is not one from 0 to 4294967295"},
         {message("number='5' kind='Error'", "<text>t</text>"),
          "message \"5\": its kind is not one of plain, error, warning, information, question"},
         {message("number='1' kind='plain'", "<text>again</text>"),
@@ -84,20 +90,19 @@ TEST(CatalogueTest, LeavesOutWhatIsWrongAndSaysWhere) {
                  "<parameter/><parameter/><parameter/><parameter/><parameter/><parameter/>"
                  "<parameter/><parameter/><parameter/><parameter/><text>t</text>"),
          "message \"5\": it has more than nine parameters"},
-        {message(fine, "<text></text>"),
-         "message \"5\": it has no <text> with one piece of text behind its parameters"},
+        {message(fine, "<help>h</help>"), "message \"5\": it has no <text> behind its parameters"},
+        {message(fine, "<text> </text>"), "message \"5\": its <text> is empty"},
         {message(fine, "<text>a<b/></text>"),
-         "message \"5\": it has no <text> with one piece of text behind its parameters"},
+         "message \"5\": its <text> is not one piece of text: characters, or one <![CDATA[...]]>"},
         {message(fine, "<text>t</text><parameter/>"),
          "message \"5\": there is a <parameter> that does not belong there"},
-        {message(fine, "<text>a\xC0\xAF</text>"),
-         "message \"5\": its text or its help is not UTF-8"},
+        {message(fine, "<text>a\xC0\xAF</text>"), "message \"5\": its <text> is not UTF-8"},
         {message(fine, "<text>t</text><help>\xFF</help>"),
-         "message \"5\": its text or its help is not UTF-8"},
+         "message \"5\": its <help> is not UTF-8"},
         {message(fine, "<text>t</text>stray"),
          "message \"5\": there is text outside of its elements"},
         {message(fine, "<text>a <!-- b --> c</text>"),
-         "message \"5\": it has no <text> with one piece of text behind its parameters"},
+         "message \"5\": its <text> is not one piece of text: characters, or one <![CDATA[...]]>"},
         {"<mesage/>", "only <message> elements may stand here"},
         {"stray", "only <message> elements may stand here"},
     };
@@ -132,6 +137,36 @@ TEST(CatalogueTest, HasUtf8AtEveryPlaceOfALongText) {
     }
 }
 
+TEST(CatalogueTest, HasTheReferencesOfXml) {
+    const auto textWith = [](const std::string& reference) {
+        const Reading reading("<catalogue module='TVX'><message number='1' kind='error'><text>a" +
+                              reference + "b" + reference + "</text></message></catalogue>");
+        return reading.messages().empty() ? "none" : std::string(reading.messages()[0].text);
+    };
+    const struct {
+        const char* reference;
+        const char* stands;
+    } cases[] = {{"&lt;", "<"},        {"&gt;", ">"},         {"&amp;", "&"},
+                 {"&quot;", "\""},     {"&apos;", "'"},       {"&#10;c", "\nc"},
+                 {"&#xe4;", "\u00E4"}, {"&#8364;", "\u20AC"}, {"&#x10fffd;", "\U0010FFFD"},
+                 {"&amp;lt;", "&lt;"}, {"&#00000065;", "A"}};
+    for (const auto& each : cases) {
+        EXPECT_EQ(textWith(each.reference),
+                  std::string("a").append(each.stands).append("b").append(each.stands));
+    }
+    for (const char* none :
+         {"&nbsp;", "&", "& ", "&#0;", "&#x0;", "&#4294967296;", "&#x110000;", "&#xD800;", "&#;",
+          "&#x;", "&#-1;", "&#+1;", "&#1x;", "&lt", "&;", "&LT;"}) {
+        EXPECT_EQ(textWith(none), "none") << none;
+    }
+    EXPECT_EQ(textWith("<![CDATA[&#0;]]>"), "none") << "in several pieces";
+    EXPECT_EQ(Reading("<catalogue module='TVX'><message number='1' kind='error'><text><![CDATA[&#0;"
+                      "&x]]></text></message></catalogue>")
+                  .messages()[0]
+                  .text,
+              "&#0;&x");
+}
+
 TEST(CatalogueTest, IsEmptyWhereTheFileIsNone) {
     const std::string head = "<catalogue module='TVX'>";
     const struct {
@@ -145,12 +180,8 @@ TEST(CatalogueTest, IsEmptyWhereTheFileIsNone) {
         {head + "\n</message>", "c.xml:2: this is not well-formed XML: "},
         {"<catalog module='TVX'/>", "c.xml:1: the outermost element is no <catalogue>"},
         {"<catalogue module='tvx'/>",
-         "c.xml:1: this is a catalogue of the module \"tvx\", not of \"TVX\""},
-        {std::string("<\0c\0", 4), "c.xml:1: there is a character zero"},
-        {head + "\n<message number='1' kind='error'><text>a&#x00;b</text></message></catalogue>",
-         "c.xml:2: there is a character zero"},
-        {head + "<message number='1' kind='error'><text>&#10;a&#0;b</text></message></catalogue>",
-         "c.xml:1: there is a character zero"},
+         "c.xml:1: this is a catalogue of the module \"tvx\", not of \"TVX\" alone"},
+        {std::string("<\0c\0", 4), "c.xml:1: there is a zero byte"},
         {"\n<!DOCTYPE c [<!ENTITY a 'ha'><!ENTITY b '&a;&a;&a;'>]>\n" + head +
              "<message number='1' kind='error'><text>&b;</text></message></catalogue>",
          "c.xml:2: a catalogue has no <!DOCTYPE>"},
@@ -161,6 +192,12 @@ TEST(CatalogueTest, IsEmptyWhereTheFileIsNone) {
         ASSERT_EQ(reading.told.size(), 1U) << each.complaint;
         EXPECT_EQ(reading.told[0].substr(0, each.complaint.size()), each.complaint);
     }
+    const Reading two(
+        "<catalogue module='TVX'><message number='1' kind='error'><text>a</text>"
+        "</message></catalogue>\n<catalogue module='TVX'/>");
+    EXPECT_EQ(two.messages().size(), 1U);
+    EXPECT_EQ(two.told, (Texts{"c.xml:2: there is a <catalogue> behind the <catalogue>: a file has "
+                               "one, and nothing else."}));
     // Deeper than any stack.
     std::string deep = head;
     for (int i = 0; i < 300'000; ++i) {
@@ -275,12 +312,48 @@ TEST_F(ModuleTest, IsUnknownWhereItsTableCannotBeRead) {
     std::filesystem::create_directory(file("modules.txt"));
     testing::internal::CaptureStderr();
     NotingManager manager;
-    const std::string shown = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    const std::string shown = shownAt(manager, "TVNONE", true);
     EXPECT_EQ(boxesIn(shown), 1U);
     EXPECT_NE(shown.find(file("modules.txt") + ": this is not a file that can be read."),
               std::string::npos)
         << shown;
     EXPECT_TRUE(manager.knows("TVCOMMN"));
+    EXPECT_EQ(shownAt(manager, "TVOTHER", true), "") << "once";
+}
+
+TEST_F(ModuleTest, SaysWhereTablesAreLookedForIfThereIsNone) {
+    setenv("JUNTORA_ROOT", file("nowhere").c_str(), 1);
+    NotingManager manager;
+    unsetenv("JUNTORA_ROOT");
+    const std::string shown = shownAt(manager, "TVCOMMN", true);
+    EXPECT_NE(shown.find("The table of message catalogues, modules.txt, is not in " +
+                         file("nowhere") + "/share/voltara/catalogues/ or " + file("")),
+              std::string::npos)
+        << shown;
+}
+
+TEST_F(ModuleTest, MayBeAskedForAnewAfterItsEnd) {
+    write("modules.txt", "\xEF\xBB\xBFTVA a.xml a.xml ../a.xml");
+    write("a.xml", catalogue("TVA", message(1, "before")));
+    tvErrorManager* first = tvErrorManager::getInstance();
+    EXPECT_EQ(tvErrorManager::getInstance(), first);
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(first->loadModuleCatalogs("TVA"));
+    const std::string shown = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(boxesIn(shown), 1U) << shown;
+    EXPECT_NE(shown.find("../a.xml: a catalogue is named by its file alone"), std::string::npos);
+    EXPECT_EQ(textOf("TVA", 1), "before");
+
+    tvErrorManager::exitService();
+    tvErrorManager::forgetInstance();
+    write("modules.txt", "TVA a.xml");
+    write("a.xml", catalogue("TVA", message(1, "after")));
+    EXPECT_NE(tvErrorManager::getInstance(), first);
+    EXPECT_TRUE(tvErrorManager::getInstance()->loadModuleCatalogs("TVA"));
+    EXPECT_EQ(textOf("TVA", 1), "after");
+    tvErrorManager::forgetInstance();
+    delete first;
 }
 
 }  // namespace

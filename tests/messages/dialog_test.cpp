@@ -229,7 +229,9 @@ TEST_F(DnsDialogTest, HasTheButtonsOfItsStyle) {
         }
     }
     const Sight other = shown("Fine.", 5, IDC_DNS_SECOND);
-    EXPECT_TRUE(other.shows(IDC_DNS_THIRD)) << "all is where the template has it";
+    EXPECT_TRUE(other.shows(IDC_DNS_THIRD)) << "all that the template has";
+    EXPECT_EQ(other.place(IDC_DNS_THIRD).top, 33);
+    EXPECT_EQ(other.place(IDC_DNS_CHECK).top, 60);
 }
 
 TEST_F(DnsDialogTest, TakesLabelsOfTheCallers) {
@@ -330,6 +332,7 @@ TEST_F(DnsDialogTest, APlainBoxHasItsIconToo) {
     EXPECT_EQ(iconOf(5, 0), std::to_string(IDI_INFORMATION));
     EXPECT_EQ(iconOf(7, 0), std::to_string(IDI_QUESTION));
     EXPECT_EQ(iconOf(7, MB_OKCANCEL), "none") << "the kind plays no part";
+    EXPECT_EQ(iconOf(7, MB_ICONSTOP), std::to_string(IDI_STOP));
 }
 
 TEST_F(DnsDialogTest, IsAnsweredByItsFirstButtonWhereNobodySeesIt) {

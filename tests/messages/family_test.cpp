@@ -94,11 +94,11 @@ static_assert(allOffered<Box, "dS iS lS Sd SS ddS dSd dSS Sdd SdS SiS SSd SSS sS
 static_assert(isTextOffered<> && isBoxOffered<>);
 static_assert(isTextOffered<char[5]> && isBoxOffered<char*>, "a literal, an array, a buffer");
 
-static_assert(!isTextOffered<float> && !isTextOffered<bool> && !isTextOffered<unsigned>);
-static_assert(!isTextOffered<short> && !isTextOffered<long long> && !isTextOffered<std::string>);
-static_assert(!isTextOffered<unsigned char> && !isTextOffered<signed char*>);
-static_assert(!isTextOffered<std::nullptr_t> && !isTextOffered<const void*>);
-static_assert(!isBoxOffered<float> && !isBoxOffered<std::string_view>);
+template <class... Types>
+constexpr bool areNone = (!MessageParameter<Types> && ...);
+static_assert(areNone<float, bool, unsigned, short, long long, unsigned char, signed char*,
+                      char32_t, std::nullptr_t, const void*, std::string, std::string_view>);
+static_assert(!isTextOffered<float> && !isBoxOffered<float>);
 
 TEST(FamilyTest, HandsEachParameterOnInOrderAndByItsType) {
     tvErrorManager::getInstance()->loadModuleCatalogs("TVCOMMN");

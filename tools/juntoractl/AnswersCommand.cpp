@@ -1,10 +1,12 @@
 // answers: what users have had remembered instead of being asked again, by program.
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "framework/CWinApp.h"
 #include "messages/storedAnswers.h"
+#include "platform/files/CaseFolding.h"
 #include "tools/juntoractl/CommandLine.h"
 #include "tools/juntoractl/ExitCode.h"
 #include "tools/juntoractl/Output.h"
@@ -15,7 +17,7 @@ namespace juntora {
 namespace {
 
 struct Options {
-    std::string forget;
+    std::optional<std::string> forget;
     bool json = false;
 };
 
@@ -82,7 +84,7 @@ int forget(const std::string& key) {
     bool isThere = false;
     int result = EXIT_CODE_DONE;
     for (const Answer& answer : allAnswers()) {
-        if (answer.key != key) {
+        if (!files::equalIgnoringCase(answer.key, key)) {
             continue;
         }
         isThere = true;
@@ -99,7 +101,7 @@ int forget(const std::string& key) {
 }
 
 int run(const Options& options) {
-    return options.forget.empty() ? print(options) : forget(options.forget);
+    return options.forget ? forget(*options.forget) : print(options);
 }
 
 }  // namespace

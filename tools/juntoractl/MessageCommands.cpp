@@ -6,6 +6,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "framework/CWinApp.h"
@@ -106,6 +107,14 @@ int enter(const Options& options, unsigned long* number, NvStatus* status) {
     return EXIT_CODE_DONE;
 }
 
+void printLines(std::string_view text) {
+    for (std::size_t end = 0; end != std::string_view::npos;) {
+        end = text.find('\n');
+        printLine(std::string(text.substr(0, end)));
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    }
+}
+
 int printMessage(const Options& options, const char* name,
                  int (*get)(std::string* out, NvStatus* status)) {
     NvStatus status(false);
@@ -118,7 +127,7 @@ int printMessage(const Options& options, const char* name,
     if (options.json) {
         printJson({{"module", options.module}, {"number", number}, {name, text}});
     } else {
-        printLine(text);
+        printLines(text);
     }
     return EXIT_CODE_DONE;
 }
