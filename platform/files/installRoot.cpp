@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "platform/files/HostPath.h"
+#include "platform/files/NamedFolder.h"
 #include "platform/files/attributes.h"
 #include "platform/files/status.h"
 #include "platform/kernel/process.h"
@@ -29,15 +29,11 @@ std::string rootOfProgram() {
 }  // namespace
 
 std::string InstallRoot() {
-    const char* named = GetEnvironment(ROOT_VARIABLE);
-    if (!named || *named == '\0') {
-        static const std::string root = rootOfProgram();
-        return root;
+    std::string named = files::namedFolder(ROOT_VARIABLE);
+    if (!named.empty()) {
+        return named;
     }
-    std::string root = files::hostPath(named);
-    while (root.size() > 1 && root.ends_with('/')) {
-        root.pop_back();
-    }
+    static const std::string root = rootOfProgram();
     return root;
 }
 

@@ -4,13 +4,21 @@ set(PLATFORM_FILES_SOURCES
     files/FileState.cpp
     files/FullPath.cpp
     files/HostPath.cpp
+    files/LockedFile.cpp
     files/MountTable.cpp
+    files/NamedFolder.cpp
+    files/NewFile.cpp
+    files/ProfileText.cpp
     files/Wildcard.cpp
+    files/access.cpp
     files/drives.cpp
     files/installRoot.cpp
     files/paths.cpp
+    files/privateProfile.cpp
     files/search.cpp
     files/shell.cpp
     files/status.cpp
+    files/systemFolder.cpp
     files/temporaryFiles.cpp
+    files/transfer.cpp
     files/wholeFile.cpp)

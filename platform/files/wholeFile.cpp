@@ -1,13 +1,17 @@
 #include "platform/files/wholeFile.h"
 
 #include <fcntl.h>
+#include <sys/sendfile.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <string>
 
+#include "platform/files/DriveLinks.h"
 #include "platform/files/HostPath.h"
+#include "platform/files/NewFile.h"
+#include "platform/files/transfer.h"
 #include "platform/kernel/SystemError.h"
 #include "platform/kernel/sync.h"
 #include "platform/messages.h"
@@ -48,21 +52,38 @@ bool writeTo(const char* path, int how, const void* data, std::size_t bytes) {
     if (file < 0) {
         return false;
     }
-    const char* at = static_cast<const char*>(data);
-    while (bytes > 0) {
-        const ssize_t written = write(file, at, bytes);
-        if (written < 0 && errno == EINTR) {
-            continue;
-        }
-        if (written <= 0) {
-            failBySystem();
-            close(file);
-            return false;
-        }
-        at += written;
-        bytes -= static_cast<std::size_t>(written);
+    if (!files::writeAll(file, {static_cast<const char*>(data), bytes})) {
+        failBySystem();
+        close(file);
+        return false;
     }
     return close(file) == 0 || failBySystem();
+}
+
+/// Opens a regular file for reading. -1 with the error set.
+int openRegular(const char* path, struct stat* state) {
+    const int file = onSpelling(path, false, [](const std::string& spelling, bool) {
+        return open(spelling.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    });
+    if (file >= 0 && (fstat(file, state) != 0 || !S_ISREG(state->st_mode))) {
+        SetLastError(ERROR_ACCESS_DENIED);
+        close(file);
+        return -1;
+    }
+    return file;
+}
+
+bool copyAll(int source, const files::NewFile& copy) {
+    constexpr std::size_t PIECE = std::size_t{1} << 30;
+    for (;;) {
+        const ssize_t count = sendfile(copy.descriptor(), source, nullptr, PIECE);
+        if (count == 0) {
+            return true;
+        }
+        if (count < 0 && errno != EINTR) {
+            return false;
+        }
+    }
 }
 
 }  // namespace
@@ -76,31 +97,59 @@ bool AppendToFile(const char* path, const void* data, std::size_t bytes) {
 }
 
 long ReadFileStart(const char* path, void* data, std::size_t bytes) {
-    const int file = onSpelling(path, false, [](const std::string& spelling, bool) {
-        return open(spelling.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    });
+    struct stat state {};
+    const int file = openRegular(path, &state);
     if (file < 0) {
         return -1;
     }
-    struct stat state {};
-    if (fstat(file, &state) != 0 || !S_ISREG(state.st_mode)) {
-        SetLastError(ERROR_ACCESS_DENIED);
-        close(file);
-        return -1;
-    }
-    std::size_t got = 0;
-    while (got < bytes) {
-        const ssize_t count = read(file, static_cast<char*>(data) + got, bytes - got);
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count <= 0) {
-            break;
-        }
-        got += static_cast<std::size_t>(count);
-    }
+    const std::size_t got = files::readUpTo(file, static_cast<char*>(data), bytes);
     close(file);
     return static_cast<long>(got);
+}
+
+bool ReadWholeFile(const char* path, std::size_t limit, std::string* bytes) {
+    bytes->clear();
+    struct stat state {};
+    const int file = openRegular(path, &state);
+    if (file < 0) {
+        return false;
+    }
+    const auto size = static_cast<std::size_t>(state.st_size);
+    if (size > limit) {
+        SetLastError(ERROR_FILE_TOO_LARGE);
+    } else {
+        bytes->resize(size);
+        bytes->resize(files::readUpTo(file, bytes->data(), size));
+    }
+    close(file);
+    return size <= limit;
+}
+
+BOOL CopyFileA(const char* from, const char* to, BOOL failIfExists) {
+    constexpr mode_t NO_WRITE_FOR_OTHERS = 0755;
+    const files::Located place = files::locate(to);
+    const bool isThere = place.error == ERROR_SUCCESS;
+    if (!isThere && place.error != ERROR_FILE_NOT_FOUND) {
+        SetLastError(place.error);
+        return 0;
+    }
+    if (isThere && failIfExists) {
+        SetLastError(ERROR_ALREADY_EXISTS);
+        return 0;
+    }
+    struct stat state {};
+    const int source = openRegular(from, &state);
+    if (source < 0) {
+        return 0;
+    }
+    files::NewFile copy(isThere ? files::resolved(place.path) : place.path,
+                        state.st_mode & NO_WRITE_FOR_OTHERS);
+    const bool isCopied =
+        copy.isOpen() && copyAll(source, copy) && (failIfExists ? copy.place() : copy.replace());
+    const int error = errno;
+    close(source);
+    errno = error;
+    return isCopied || failBySystem();
 }
 
 bool DeleteFileA(const char* path) {

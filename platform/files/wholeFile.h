@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 
 #include "platform/types.h"
 
@@ -18,6 +19,15 @@ bool AppendToFile(const char* path, const void* data, std::size_t bytes);
 /// Reads up to `bytes` bytes from the start of a regular file; -1 when it cannot be opened or is no
 /// regular file (a folder, a pipe). Never blocks on what stands in the file's place.
 long ReadFileStart(const char* path, void* data, std::size_t bytes);
+
+/// Reads a regular file of up to `limit` bytes. False with ERROR_FILE_TOO_LARGE for a larger one,
+/// ERROR_ACCESS_DENIED for what is no regular file, and others; `bytes` is empty then.
+bool ReadWholeFile(const char* path, std::size_t limit, std::string* bytes);
+
+/// Copies a regular file, its rights included, of which others never get the one to write. The new
+/// file is there whole or not at all. Where something is there already it is replaced, or, with
+/// `failIfExists`, that is 0 with ERROR_ALREADY_EXISTS.
+BOOL CopyFileA(const char* from, const char* to, BOOL failIfExists);
 
 /// Deletes a file's entry; no folder's.
 bool DeleteFileA(const char* path);

@@ -28,11 +28,24 @@ std::string turnEach(std::string_view list, char from, char to, Turn turn) {
     return turned;
 }
 
-/// Without the link of a drive in it: its colon would part the list. Empty for what leads nowhere.
-std::string hostFolder(const std::string& folder) {
-    const files::Located located = files::locate(folder);
-    return located.error == 0 ? files::resolved(located.path) : "";
-}
+/// Turns the folders of a list, and finds out whether any of them is there.
+class HostFolders {
+public:
+    /// Without the link of a drive in it: its colon would part the list. Empty for what is not
+    /// there and has one.
+    std::string turn(const std::string& folder) {
+        const files::Located located = files::locate(folder);
+        if (located.error == 0) {
+            m_isAnyThere = true;
+            return files::resolved(located.path);
+        }
+        return located.path.find(':') == std::string::npos ? located.path : "";
+    }
+    bool isAnyThere() const { return m_isAnyThere; }
+
+private:
+    bool m_isAnyThere = false;
+};
 
 }  // namespace
 
@@ -50,7 +63,13 @@ std::string hostSearchPath(std::string_view platformForm) {
                           files::foldCase(platformForm[0]) <= 'z';
     const bool isHostForm =
         !hasDrive && platformForm.find_first_of(";\\") == std::string_view::npos;
-    return isHostForm ? std::string(platformForm) : turnEach(platformForm, ';', ':', hostFolder);
+    if (isHostForm) {
+        return std::string(platformForm);
+    }
+    HostFolders folders;
+    const std::string list = turnEach(
+        platformForm, ';', ':', [&](const std::string& folder) { return folders.turn(folder); });
+    return folders.isAnyThere() ? list : "";
 }
 
 }  // namespace juntora::kernel

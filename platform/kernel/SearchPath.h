@@ -8,8 +8,8 @@
 namespace juntora::kernel {
 
 std::string platformSearchPath(std::string_view hostForm);
-/// Folders that are not there are left out. A list in this machine's own form
-/// is taken as it is.
+/// What has no place on this machine is left out; the list is empty if none of its folders is
+/// there. A list in this machine's own form is taken as it is.
 std::string hostSearchPath(std::string_view platformForm);
 
 }  // namespace juntora::kernel

@@ -19,6 +19,8 @@ HMODULE LoadLibraryA(const char* path, const char** why) {
     return static_cast<HMODULE>(module);
 }
 
+void FreeLibrary(HMODULE module) { dlclose(module); }
+
 void* GetProcAddress(HMODULE module, const char* name) {
     void* const address = dlsym(module, name);
     if (address == nullptr) {

@@ -9,10 +9,12 @@ namespace juntora {
 struct Module;
 using HMODULE = Module*;
 
-/// Loads a library with all that it needs, once for all callers; it stays for the process's life.
+/// Loads a library with all that it needs, once for all callers, until it has been freed as often.
 /// Null on failure: ERROR_MOD_NOT_FOUND, with the system's own words in `*why`, which may be null.
 /// `why` belongs to the layer, until the thread's next call.
 HMODULE LoadLibraryA(const char* path, const char** why);
+/// Nobody may be in the library any more who is not to fall with it.
+void FreeLibrary(HMODULE module);
 
 /// The address of a function or object that the library offers; null, with ERROR_PROC_NOT_FOUND,
 /// where it offers none of that name.

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <string>
 #include <string_view>
+#include <utility>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
@@ -43,6 +44,8 @@ public:
         m_left.remove_prefix(std::min(length + 1, m_left.size()));
         return text;
     }
+    /// All that is left, NULs and all.
+    std::string rest() { return std::string(std::exchange(m_left, {})); }
 
 private:
     std::string_view m_left;

@@ -17,7 +17,8 @@ namespace juntora::test {
 class FilesFolder : public ::testing::Test {
 protected:
     FilesFolder() {
-        std::string name = ::testing::TempDir() + "juntora-files-XXXXXX";
+        // Not in the run's own folder: some parts run as another user, whom that keeps out.
+        std::string name = "/tmp/juntora-files-XXXXXX";
         m_folder = std::filesystem::canonical(mkdtemp(name.data()));
         std::filesystem::create_directories(m_folder / "config/juntora/drives");
         setenv("XDG_CONFIG_HOME", (m_folder / "config").c_str(), 1);

@@ -1,9 +1,6 @@
 // A folder of a test's own with both hives of the registry in it.
 #pragma once
 
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -14,13 +11,13 @@
 #include <gtest/gtest.h>
 
 #include "platform/registry/registry.h"
+#include "tests/support/apart.h"
 
 namespace juntora::test {
 
 class RegistryFolder : public ::testing::Test {
 protected:
     using Names = std::vector<std::string>;
-    static constexpr uid_t NOBODY = 65'534;
 
     RegistryFolder() {
         // Not in the run's own folder: some parts run as another user, whom that keeps out.
@@ -93,33 +90,6 @@ protected:
         return namesOf([&](DWORD index, char* name, DWORD* length) {
             return RegEnumValueA(key, index, name, length, nullptr, nullptr, nullptr);
         });
-    }
-
-    /// Runs `part` in a forked child, which opens the files anew. False if anything failed in it.
-    template <typename Part>
-    static bool apart(Part part) {
-        return ended(startApart(part));
-    }
-    template <typename Part>
-    static pid_t startApart(Part part) {
-        const pid_t child = fork();
-        if (child == 0) {
-            part();
-            std::fflush(stdout);
-            _exit(::testing::Test::HasFailure() ? 1 : 0);
-        }
-        return child;
-    }
-    static bool ended(pid_t child) {
-        int status = -1;
-        return waitpid(child, &status, 0) == child && status == 0;
-    }
-    /// In a child: without the rights of user 0, which no mode of a file keeps out.
-    static void becomeNobody() {
-        if (geteuid() == 0) {
-            ASSERT_EQ(0, setresgid(NOBODY, NOBODY, NOBODY));
-            ASSERT_EQ(0, setresuid(NOBODY, NOBODY, NOBODY));
-        }
     }
 
     /// Whoever closes the file last puts all of it into one.

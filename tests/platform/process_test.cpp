@@ -55,8 +55,8 @@ TEST(EnvironmentTest, NamesDoNotMindCaseAndNothingRemoves) {
 
 TEST(EnvironmentTest, ThePathHasThePlatformsForm) {
     EXPECT_EQ(0, PutEnvironment("Path=C:\\TMP;c:/proc/sys;Q:\\none;/no such folder"));
-    EXPECT_STREQ("/tmp:/proc/sys", std::getenv("PATH"));
-    EXPECT_STREQ("C:\\tmp;C:\\proc\\sys", GetEnvironment("path"));
+    EXPECT_STREQ("/tmp:/proc/sys:/no such folder", std::getenv("PATH"));
+    EXPECT_STREQ("C:\\tmp;C:\\proc\\sys;C:\\no such folder", GetEnvironment("path"));
     EXPECT_EQ(-1, PutEnvironment("PATH=C:\\no such;/folder")) << "nothing could be found any more";
     EXPECT_EQ(0, PutEnvironment("PATH=.:/usr/bin"));
     EXPECT_STREQ(".:/usr/bin", std::getenv("PATH"));
