@@ -34,6 +34,11 @@ void addLibraryCommands(CLI::App& app, Action* action);
 /// registry get, set, delete, list
 void addRegistryCommands(CLI::App& app, Action* action);
 
+/// config path, sections, keys, get, set
+void addConfigCommands(CLI::App& app, Action* action);
+/// root, search
+void addInstallCommands(CLI::App& app, Action* action);
+
 /// message text, body, help, box, dialog, list
 void addMessageCommands(CLI::App& app, Action* action);
 void addAnswersCommand(CLI::App& app, Action* action);

@@ -44,6 +44,8 @@ int run(int argc, char** argv) {
     addScreenshotCommand(app, &action);
     addCheckCommand(app, &action);
     addRegistryCommands(app, &action);
+    addConfigCommands(app, &action);
+    addInstallCommands(app, &action);
     addLibraryCommands(app, &action);
     addMessageCommands(app, &action);
     addAnswersCommand(app, &action);
