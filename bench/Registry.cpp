@@ -83,15 +83,6 @@ private:
     std::string m_read;
 };
 
-template <typename Call>
-void measure(Samples& samples, Call call) {
-    const auto start = Clock::now();
-    for (int i = 0; i < CALLS; ++i) {
-        call();
-    }
-    samples.add(microsecondsSince(start) / CALLS);
-}
-
 }  // namespace
 
 void benchRegistry() {
@@ -106,13 +97,13 @@ void benchRegistry() {
     Samples plain;
     Samples classes;
     for (int round = 0; round < ROUNDS; ++round) {
-        measure(own, [&] { readText(key); });
-        measure(plain, [&] { reader.read(); });
-        measure(classes, [&] { readText(merged); });
+        measureCalls(own, CALLS, [&] { readText(key); });
+        measureCalls(plain, CALLS, [&] { reader.read(); });
+        measureCalls(classes, CALLS, [&] { readText(merged); });
     }
     Samples writes;
     for (int round = 0; round < 10; ++round) {
-        measure(writes, [&] { writeText(key); });
+        measureCalls(writes, CALLS, [&] { writeText(key); });
     }
     std::printf("A value of the registry, through an open key\n");
     printRow("read", own.median(), "us");

@@ -35,6 +35,16 @@ private:
     std::vector<double> m_values;
 };
 
+/// Adds the mean time of so many calls, one behind the other.
+template <typename Call>
+void measureCalls(Samples& samples, int calls, Call call) {
+    const auto start = Clock::now();
+    for (int i = 0; i < calls; ++i) {
+        call();
+    }
+    samples.add(microsecondsSince(start) / calls);
+}
+
 /// Time between two calls, spent working or asleep.
 void work(std::chrono::microseconds time);
 

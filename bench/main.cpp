@@ -22,6 +22,7 @@
 #include "bench/Registry.h"
 #include "bench/Requests.h"
 #include "bench/Screen.h"
+#include "bench/Settings.h"
 #include "bench/Statistics.h"
 #include "bench/Tool.h"
 #include "platform/desktop/message.h"
@@ -326,9 +327,9 @@ int runStart() {
 
 /// What can be measured alone, by the names on the command line.
 using Sections = std::set<std::string>;
-const Sections ALL_SECTIONS{"start",   "library",  "messages",  "round-trips", "records",
-                            "sign-on", "rows",     "files",     "launch",      "footprint",
-                            "screen",  "registry", "automation"};
+const Sections ALL_SECTIONS{"start",   "library",  "messages",   "round-trips", "records",
+                            "sign-on", "rows",     "files",      "launch",      "footprint",
+                            "screen",  "registry", "automation", "settings"};
 
 int run(const Sections& wanted) {
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
@@ -343,6 +344,7 @@ int run(const Sections& wanted) {
     const test::DesktopSandbox sandbox;
     sandbox.enter();
     section("registry", benchRegistry);
+    section("settings", benchSettings);
     Bus bus(sandbox.runtimeFolder());
     Peers peers{{}, bus, 0};
     Hub hub;
