@@ -87,8 +87,9 @@ isolate() {
     mkdir -m 700 "$base"/{tmp,run,home}
     export JUNTORA_RUN=$base JUNTORA_SCREEN=none
     export TMPDIR=$base/tmp XDG_RUNTIME_DIR=$base/run HOME=$base/home
-    export JUNTORA_REGISTRY=$base/registry
-    unset XDG_CONFIG_HOME XDG_DATA_HOME JUNTORA_DESKTOP PARENT
+    export JUNTORA_REGISTRY=$base/registry JUNTORA_SITE=$base/site
+    unset XDG_CONFIG_HOME XDG_DATA_HOME JUNTORA_DESKTOP JUNTORA_ROOT PARENT
+    unset BINROOTDIR VOLTARAINIPATH
     unset DISPLAY WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS
 }
 
