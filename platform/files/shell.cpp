@@ -1,14 +1,35 @@
 #include "platform/files/shell.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
+#include <string_view>
 
+#include "platform/files/CaseFolding.h"
+#include "platform/files/FullPath.h"
 #include "platform/files/HostPath.h"
+#include "platform/kernel/CommandLine.h"
+#include "platform/kernel/ProgramSearch.h"
 #include "platform/kernel/process.h"
 #include "platform/kernel/sync.h"
 #include "platform/messages.h"
 
 namespace juntora {
+namespace {
+
+/// Whether a name and a colon stand in front, which are no drive.
+bool hasScheme(std::string_view address) {
+    const auto isLetter = [](char c) {
+        return files::foldCase(c) >= 'a' && files::foldCase(c) <= 'z';
+    };
+    const std::size_t colon = address.find(':');
+    return colon != std::string_view::npos && colon >= 2 && isLetter(address.front()) &&
+           std::all_of(address.begin(), address.begin() + colon, [isLetter](char c) {
+               return isLetter(c) || (c >= '0' && c <= '9') || c == '+' || c == '-' || c == '.';
+           });
+}
+
+}  // namespace
 
 bool SHGetFileInfoA(const char* path, char* displayName, int capacity) {
     files::Located file = files::locate(path);
@@ -25,16 +46,26 @@ bool SHGetFileInfoA(const char* path, char* displayName, int capacity) {
 
 int ShellExecuteA(HWND, const char*, const char* file, const char*, const char* folder, int) {
     constexpr int STARTED = 33;
-    const std::string path = files::hostPath(file);
-    if (path.empty() || path.find('"') != std::string::npos) {
-        return static_cast<int>(ERROR_FILE_NOT_FOUND);
+    const auto failure = [](DWORD error) { return error < STARTED ? static_cast<int>(error) : 0; };
+    std::string page = file;
+    if (!hasScheme(page)) {
+        // Absolute: so it begins with a slash, and stays what it is in another folder.
+        const files::Located place = files::locate(page.empty() ? page : files::fullPath(page));
+        if (place.error != 0) {
+            return failure(place.error);
+        }
+        page = place.path;
     }
-    PROCESS_INFORMATION viewer{};
-    if (!CreateProcessA(("xdg-open \"" + path + "\"").c_str(), folder, nullptr, &viewer)) {
-        const DWORD error = GetLastError();
-        return error < STARTED ? static_cast<int>(error) : 0;
+    const std::string viewer = kernel::programOnPath("xdg-open");
+    if (viewer.empty()) {
+        return failure(ERROR_FILE_NOT_FOUND);
     }
-    CloseHandle(viewer.hProcess);
+    PROCESS_INFORMATION process{};
+    const std::string line = kernel::joinCommandLine({viewer, page});
+    if (!CreateProcessA(line.c_str(), folder, nullptr, &process)) {
+        return failure(GetLastError());
+    }
+    CloseHandle(process.hProcess);
     return STARTED;
 }
 

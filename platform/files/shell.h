@@ -10,10 +10,12 @@ namespace juntora {
 /// root.
 bool SHGetFileInfoA(const char* path, char* displayName, int capacity);
 
-/// Has the desktop show a file or a page in the viewer for its kind, by xdg-open, and does not
-/// wait. `verb` is "open"; the others are there for the platform's sake. Returns more than 32; an
-/// error of the platform's up to 32 where nothing could be started. What becomes of the viewer
-/// nobody tells.
+/// Has the desktop show a file or a page in the viewer for its kind, by the xdg-open that PATH
+/// leads to, and does not wait. `file` is a path, or an address with a scheme of two characters or
+/// more in front ("https:...", "mailto:..."), which is handed on as it is; either is one argument,
+/// never an option, whatever stands in it. `verb` is "open"; the others are there for the
+/// platform's sake. Returns more than 32; an error of the platform's up to 32 where the file isn't
+/// there or nothing could be started. What becomes of the viewer nobody tells.
 int ShellExecuteA(HWND owner, const char* verb, const char* file, const char* arguments,
                   const char* folder, int show);
 

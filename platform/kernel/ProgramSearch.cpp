@@ -49,8 +49,8 @@ std::string ownFolder() {
     return own.substr(0, own.rfind('/') + 1);
 }
 
-std::vector<std::string> searchFolders() {
-    std::vector<std::string> folders{ownFolder(), ""};
+/// Those along PATH, behind the ones given.
+std::vector<std::string> withFoldersOfPath(std::vector<std::string> folders) {
     const char* path = std::getenv("PATH");
     std::string_view rest = path == nullptr ? "" : path;
     while (!rest.empty()) {
@@ -63,15 +63,9 @@ std::vector<std::string> searchFolders() {
     return folders;
 }
 
-Found programNamed(const std::string& word) {
-    if (word.empty()) {
-        return {};
-    }
-    if (files::hasDrive(word) || word.find_first_of(files::SEPARATORS) != std::string::npos) {
-        return programAt(word);
-    }
+Found programIn(const std::vector<std::string>& folders, const std::string& word) {
     Found best;
-    for (const std::string& folder : searchFolders()) {
+    for (const std::string& folder : folders) {
         Found found = programAt(folder + word);
         if (!found.file.empty()) {
             return found;
@@ -82,6 +76,16 @@ Found programNamed(const std::string& word) {
         }
     }
     return best;
+}
+
+Found programNamed(const std::string& word) {
+    if (word.empty()) {
+        return {};
+    }
+    if (files::hasDrive(word) || word.find_first_of(files::SEPARATORS) != std::string::npos) {
+        return programAt(word);
+    }
+    return programIn(withFoldersOfPath({ownFolder(), ""}), word);
 }
 
 }  // namespace
@@ -110,6 +114,10 @@ ProgramStart findProgram(std::string_view line) {
         }
     }
     return {"", words, text, first.error};
+}
+
+std::string programOnPath(const std::string& name) {
+    return programIn(withFoldersOfPath({}), name).file;
 }
 
 }  // namespace juntora::kernel

@@ -23,4 +23,8 @@ struct ProgramStart {
 /// quotes.
 ProgramStart findProgram(std::string_view line);
 
+/// The file of the program of that name along PATH alone; empty if there is none. For programs of
+/// the system's: a file that lies in the current folder under such a name is not meant.
+std::string programOnPath(const std::string& name);
+
 }  // namespace juntora::kernel
