@@ -110,6 +110,11 @@ int TextTokens::get(int index, CString& out) {
     return 1;
 }
 
+int TextTokens::start(int index) {
+    const TokenSpan* span = spanAt(index);
+    return span ? span->start : -1;
+}
+
 void TextTokens::parse() {
     ByteSet quotes;
     quotes.add(m_strQuotes);

@@ -48,6 +48,9 @@ public:
     int count() const { return m_nCount; }
     /// Reads a token, counted from 0: 1. 0 and an empty text if there is none of that number.
     int get(int index, CString& out);
+    /// Where the token of that number begins in the text, at its quote mark if it has one there; -1
+    /// for an empty token, and if there is none of that number.
+    int start(int index);
 
 private:
     friend class TokenCursor;
