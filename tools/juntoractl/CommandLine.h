@@ -42,13 +42,23 @@ void addInstallCommands(CLI::App& app, Action* action);
 /// message text, body, help, box, dialog, list
 void addMessageCommands(CLI::App& app, Action* action);
 void addAnswersCommand(CLI::App& app, Action* action);
+/// name next, name previous, name compare, name match: below the command that addQueryCommands
+/// adds.
+void addNameCommands(CLI::App& app, Action* action);
+void addSwitchCommand(CLI::App& app, Action* action);
+void addOpenCommand(CLI::App& app, Action* action);
 
-/// Adds a command that runs `run` with its options, which live as long as the command line does.
+/// Adds a command that runs `run` with its options, which live as long as the command line does. Of
+/// a command and one below it the latter runs.
 template <typename Options, typename Run>
 CLI::App* addCommand(CLI::App& app, const std::string& name, const std::string& description,
                      const std::shared_ptr<Options>& options, Run run, Action* action) {
     CLI::App* command = app.add_subcommand(name, description);
-    command->callback([=] { *action = [=] { return run(*options); }; });
+    command->callback([=] {
+        if (command->get_subcommands().empty()) {
+            *action = [=] { return run(*options); };
+        }
+    });
     return command;
 }
 

@@ -69,7 +69,8 @@ void addQueryCommands(CLI::App& app, Action* action) {
                      "A unique name such as \"Draftel;0\", or a base name for its newest instance")
         ->required();
 
-    added = addRequest(app, "name", "Print the unique name of a tool", JSON_FLAG, name, action);
+    added = addRequest(app, "name", "Print the unique name of a tool, or see the commands below",
+                       JSON_FLAG, name, action);
     addWindow(added.command, "ID", &added.options->subject, "The tool's window");
 
     added = addRequest(app, "alive", "Tell whether a tool is signed on", JSON_FLAG, alive, action);

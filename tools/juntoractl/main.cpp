@@ -49,6 +49,9 @@ int run(int argc, char** argv) {
     addLibraryCommands(app, &action);
     addMessageCommands(app, &action);
     addAnswersCommand(app, &action);
+    addNameCommands(app, &action);
+    addSwitchCommand(app, &action);
+    addOpenCommand(app, &action);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
