@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/Interleave.h"
 #include "bench/Statistics.h"
 #include "common/PathName.h"
 #include "common/TextTokens.h"
@@ -11,32 +12,6 @@
 
 namespace juntora::bench {
 namespace {
-
-constexpr int ROUNDS = 200;
-constexpr int CALLS = 200;
-
-/// Keeps the compiler from leaving out what made the value.
-template <typename Value>
-void keep(const Value& value) {
-    asm volatile("" : : "r"(&value) : "memory");
-}
-
-/// Measures calls of two alternatives in turn; each sample is the time of one call.
-template <typename First, typename Second>
-void interleave(Samples& first, Samples& second, First callFirst, Second callSecond) {
-    for (int round = 0; round < ROUNDS; ++round) {
-        auto start = Clock::now();
-        for (int i = 0; i < CALLS; ++i) {
-            callFirst();
-        }
-        first.add(microsecondsSince(start) / CALLS);
-        start = Clock::now();
-        for (int i = 0; i < CALLS; ++i) {
-            callSecond();
-        }
-        second.add(microsecondsSince(start) / CALLS);
-    }
-}
 
 void benchPaths() {
     const char* const paths[] = {"/home/me/boards/amplifier/../power supply/rev 4/output.opj",

@@ -25,6 +25,7 @@
 #include "bench/Settings.h"
 #include "bench/Statistics.h"
 #include "bench/Tool.h"
+#include "bench/Wildcards.h"
 #include "platform/desktop/message.h"
 #include "platform/desktop/window.h"
 #include "tests/support/DesktopSandbox.h"
@@ -329,7 +330,7 @@ int runStart() {
 using Sections = std::set<std::string>;
 const Sections ALL_SECTIONS{"start",   "library",  "messages",   "round-trips", "records",
                             "sign-on", "rows",     "files",      "launch",      "footprint",
-                            "screen",  "registry", "automation", "settings"};
+                            "screen",  "registry", "automation", "settings",    "wildcards"};
 
 int run(const Sections& wanted) {
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
@@ -341,6 +342,7 @@ int run(const Sections& wanted) {
     section("start", benchStart);
     section("library", benchLibrary);
     section("messages", benchMessages);
+    section("wildcards", benchWildcards);
     const test::DesktopSandbox sandbox;
     sandbox.enter();
     section("registry", benchRegistry);
