@@ -65,6 +65,12 @@ std::string sharedFile() {
 
 bool isThere(const std::string& path) { return CheckAccess(path.c_str(), ACCESS_EXISTS); }
 
+/// A folder has no settings that could be copied, and the empty copy would stay for good.
+bool isFile(const std::string& path) {
+    const DWORD attributes = GetFileAttributesA(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
 void makeBackupFolder(const std::string& file) {
     const std::size_t slash = file.rfind('/');
     if (slash == std::string::npos) {
@@ -80,7 +86,7 @@ void makeBackupFolder(const std::string& file) {
 
 std::string GetConfigFilePath() {
     std::string shared = sharedFile();
-    if (!isThere(shared)) {
+    if (!isFile(shared)) {
         return "";
     }
     std::string copy;

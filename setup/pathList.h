@@ -23,7 +23,8 @@ int ReadPathList(const char* section, const char* key, const char* standard, cha
 /// Writes a list of paths. Variables in it are expanded first, everything else is taken as it
 /// stands. A path to which an item of the present value expands is written as that item, once for
 /// all paths of the item, without quotes; if a path of the item is missing from the new list, the
-/// item goes, and with it its other paths. All others are written as they are, in double quotes
+/// item goes, and with it its other paths; so does an item of a variable that is not set, for no
+/// path is known to have come from it. All others are written as they are, in double quotes
 /// with `quote`. Paths compare without regard to the case of A to Z. Empty items are left out; a
 /// null `value` writes an empty one.
 ///

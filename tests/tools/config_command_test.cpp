@@ -46,7 +46,9 @@ TEST_F(ConfigCommandTest, TheShippedSettingsAreAUsersStart) {
         const json keys = json::parse(control({"config", "keys", section, "--json"}).output);
         ASSERT_FALSE(keys.empty());
         for (const std::string key : keys) {
-            EXPECT_NE(control({"config", "get", section, key}).output, "\n") << section << key;
+            const Outcome value = control({"config", "get", section, key});
+            EXPECT_EQ(value.code, 0) << section << key;
+            EXPECT_NE(value.output, "\n") << section << key;
         }
     }
 }
@@ -75,6 +77,10 @@ TEST_F(ConfigCommandTest, ReadsAndWrites) {
         {{"set", "a]b", "key", "v"}, 1, ""},
         {{"set", "a", "key", "v\nw=1"}, 1, ""},
         {{"set", "a", "key"}, 2, ""},
+        {{"set", "Paths", "list", "/x;$DIRS/x"}, 1, ""},
+        {{"get", "", "list"}, 2, ""},
+        {{"get", "Paths", ""}, 2, ""},
+        {{"keys", ""}, 2, ""},
     };
     for (const auto& each : cases) {
         std::vector<std::string> arguments = {"config"};
@@ -90,6 +96,12 @@ TEST_F(ConfigCommandTest, ReadsAndWrites) {
     std::getline(std::getline(stream, line), line);
     EXPECT_EQ(line, "list=$DIRS\\x;\"/new\"");
     EXPECT_FALSE(fs::exists(m_own)) << "another file needs none of the suite's";
+    write("a.ini", "[Paths]\nlist=/a;$NOWHERE\\x\n");
+    const Outcome lost = control({"config", "set", "Paths", "list", "/b", "--file", file});
+    EXPECT_EQ(lost.code, 0);
+    EXPECT_NE(lost.errors.find("$NOWHERE of the value that was there is not set"),
+              std::string::npos);
+    EXPECT_EQ(control({"config", "sections", "--file", ""}).code, 2);
     const json got =
         json::parse(control({"config", "set", "s", "k", "v", "--json", "--file", file}).output);
     EXPECT_EQ(got, (json{{"file", file}, {"section", "s"}, {"key", "k"}, {"value", "v"}}));

@@ -3,14 +3,18 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/files/access.h"
+#include "platform/files/privateProfile.h"
 #include "platform/kernel/errorText.h"
+#include "platform/kernel/process.h"
 #include "platform/kernel/sync.h"
 #include "platform/messages.h"
 #include "setup/configFile.h"
 #include "setup/configValues.h"
+#include "setup/pathItems.h"
 #include "tools/juntoractl/CommandLine.h"
 #include "tools/juntoractl/ExitCode.h"
 #include "tools/juntoractl/Output.h"
@@ -26,6 +30,7 @@ struct Options {
     bool quote = false;
     bool json = false;
 
+    /// Null for a list of the names; none that is given is empty.
     const char* sectionName() const { return section.empty() ? nullptr : section.c_str(); }
     const char* keyName() const { return key.empty() ? nullptr : key.c_str(); }
 };
@@ -146,11 +151,43 @@ int get(const Options& options) {
     return EXIT_CODE_DONE;
 }
 
+/// The variables in the items of a list that are not set: such items expand to nothing.
+std::vector<std::string> unsetVariables(std::string_view list) {
+    std::vector<std::string> names;
+    for (const std::string_view item : splitPathItems(list)) {
+        if (item.starts_with('$')) {
+            const std::string name(item.substr(1, std::min(item.find('\\'), item.size()) - 1));
+            if (!GetEnvironment(name.c_str())) {
+                names.push_back(name);
+            }
+        }
+    }
+    return names;
+}
+
+/// Tells of items of the present value that a write drops, since nobody can say which of the new
+/// paths came from them.
+void tellOfLostItems(const Options& options, const std::string& file) {
+    std::string present(std::size_t{1} << 16, '\0');
+    present.resize(GetPrivateProfileStringA(options.section.c_str(), options.key.c_str(), "",
+                                            present.data(), static_cast<DWORD>(present.size()),
+                                            file.c_str()));
+    for (const std::string& name : unsetVariables(present)) {
+        complain("$" + name + " of the value that was there is not set, and has been left out");
+    }
+}
+
 int set(const Options& options) {
     const auto file = fileOf(options);
     if (!file) {
         return EXIT_CODE_REFUSED;
     }
+    if (const auto names = unsetVariables(options.value); !names.empty()) {
+        complain("$" + names.front() +
+                 " is not set, and its item would be lost. Set it; its name ends at a \"\\\".");
+        return EXIT_CODE_REFUSED;
+    }
+    tellOfLostItems(options, *file);
     WriteConfigString(options.section.c_str(), options.key.c_str(), options.value.c_str(),
                       file->c_str(), options.quote);
     const DWORD error = GetLastError();
@@ -167,6 +204,9 @@ int set(const Options& options) {
     return options.json ? get(options) : EXIT_CODE_DONE;
 }
 
+const CLI::Validator NOT_EMPTY(
+    [](const std::string& text) { return text.empty() ? "it is empty" : ""; }, "");
+
 using Run = int (*)(const Options& options);
 
 CLI::App* addConfigCommand(CLI::App& group, const char* name, const char* description, Run run,
@@ -175,18 +215,20 @@ CLI::App* addConfigCommand(CLI::App& group, const char* name, const char* descri
     CLI::App* command = addCommand(group, name, description, options, run, action);
     const bool isOfOne = run == get || run == set;
     if (isOfOne || std::string(name) == "keys") {
-        command->add_option("SECTION", options->section, "The section's name")->required();
+        command->add_option("SECTION", options->section, "The section's name")
+            ->required()
+            ->check(NOT_EMPTY);
     }
     if (isOfOne) {
-        command->add_option("KEY", options->key, "The key's name")->required();
+        command->add_option("KEY", options->key, "The key's name")->required()->check(NOT_EMPTY);
         command->add_flag("--quote", options->quote, "Put each item of a list in double quotes");
     }
     if (run == set) {
         command->add_option("VALUE", options->value, "The value")->required();
     }
     if (run != path) {
-        command->add_option("--file", options->file,
-                            "Another file than the user's own Voltara.ini");
+        command->add_option("--file", options->file, "Another file than the user's own Voltara.ini")
+            ->check(NOT_EMPTY);
     }
     addJsonFlag(command, &options->json, jsonDescription);
     return command;
