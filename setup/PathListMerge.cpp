@@ -7,7 +7,10 @@ namespace juntora {
 PathListMerge::PathListMerge(std::string_view present) {
     PathExpander(PathExpander::Relative::RESOLVED)
         .expand(present, [this](std::string path, std::string_view form) {
-            m_oldForms.try_emplace(std::move(path), form);
+            // A reader gets no empty ones, so that none can come back.
+            if (!path.empty()) {
+                m_oldForms.try_emplace(std::move(path), form);
+            }
         });
 }
 

@@ -249,6 +249,10 @@ TEST_F(PathListTest, WhatIsReadCanBeWrittenBack) {
     }
     writeValue("\"C:\\a\";\"C:\\b\"");
     EXPECT_EQ(read(), "C:\\a;C:\\b") << "these quotes are no pair around all of it";
+    set("X", "D:\\p;;E:\\q;");
+    writeValue("$X;C:\\c");
+    WriteConfigString("S", "k", read().c_str(), nullptr, false);
+    EXPECT_EQ(storedValue(), "$X;C:\\c") << "nobody misses what is empty";
 }
 
 TEST_F(PathListTest, LongListsAreWhole) {
