@@ -1,6 +1,7 @@
 #include "setup/pathItems.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/files/FullPath.h"
 #include "platform/kernel/process.h"
@@ -19,6 +20,11 @@ std::string_view withoutQuotes(std::string_view item, bool isFirst) {
     }
     item.remove_prefix(std::min(item.find_first_not_of(QUOTE), item.size()));
     return item.substr(0, item.find_last_not_of(QUOTE) + 1);
+}
+
+/// What an item that begins with "$" names.
+std::string variableOf(std::string_view item) {
+    return std::string(item.substr(1, std::min(item.find('\\'), item.size()) - 1));
 }
 
 /// To what stands before the last "\"; one that has none stays.
@@ -54,16 +60,29 @@ std::vector<std::string_view> splitPathItems(std::string_view list) {
     return items;
 }
 
+std::vector<std::string> unsetVariables(std::string_view list) {
+    std::vector<std::string> names;
+    for (const std::string_view item : splitPathItems(list)) {
+        if (item.starts_with('$')) {
+            std::string name = variableOf(item);
+            if (!GetEnvironment(name.c_str())) {
+                names.push_back(std::move(name));
+            }
+        }
+    }
+    return names;
+}
+
 void PathExpander::expandVariable(std::string_view item, const Taker& take) {
     const std::string_view form = item.substr(1);
-    const std::size_t length = std::min(form.find('\\'), form.size());
-    const char* value = GetEnvironment(std::string(form.substr(0, length)).c_str());
+    const std::string name = variableOf(item);
+    const char* value = GetEnvironment(name.c_str());
     if (!value) {
         return;
     }
     const std::string elements = value;
     for (const std::string_view element : splitPathItems(elements)) {
-        take(std::string(element).append(form.substr(length)), form);
+        take(std::string(element).append(form.substr(name.size())), form);
     }
 }
 

@@ -16,6 +16,9 @@ namespace juntora {
 /// them at both ends, any other at either end. A ";" in quotes separates all the same.
 std::vector<std::string_view> splitPathItems(std::string_view list);
 
+/// The variables that items of a list name and that are not set: such items expand to nothing.
+std::vector<std::string> unsetVariables(std::string_view list);
+
 /// What an item is as it stands in a list, for all of its expansions.
 inline constexpr char PLAIN_FORM[] = "_false";
 

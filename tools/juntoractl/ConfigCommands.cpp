@@ -3,13 +3,11 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "platform/files/access.h"
 #include "platform/files/privateProfile.h"
 #include "platform/kernel/errorText.h"
-#include "platform/kernel/process.h"
 #include "platform/kernel/sync.h"
 #include "platform/messages.h"
 #include "setup/configFile.h"
@@ -149,20 +147,6 @@ int get(const Options& options) {
         printLine(value);
     }
     return EXIT_CODE_DONE;
-}
-
-/// The variables in the items of a list that are not set: such items expand to nothing.
-std::vector<std::string> unsetVariables(std::string_view list) {
-    std::vector<std::string> names;
-    for (const std::string_view item : splitPathItems(list)) {
-        if (item.starts_with('$')) {
-            const std::string name(item.substr(1, std::min(item.find('\\'), item.size()) - 1));
-            if (!GetEnvironment(name.c_str())) {
-                names.push_back(name);
-            }
-        }
-    }
-    return names;
 }
 
 /// Tells of items of the present value that a write drops, since nobody can say which of the new
