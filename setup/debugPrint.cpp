@@ -29,17 +29,12 @@ std::string formatted(const char* format, std::va_list arguments) {
 
 /// False if the file can't be opened. One that takes no more is no reason to write elsewhere.
 bool appendTo(const char* path, const std::string& text) {
-    if (!AppendToFile(path, "", 0)) {
-        return false;
-    }
-    AppendToFile(path, text.data(), text.size());
-    return true;
+    return AppendToFile(path, text.data(), text.size()) != AppendResult::NOT_OPENED;
 }
 
 void printTo(const char* destination, const std::string& text) {
     if (destination && equalCaseBlind(destination, "stdout")) {
-        std::fwrite(text.data(), 1, text.size(), stdout);
-        std::fflush(stdout);
+        PrintToOutput(text);
     } else if (destination && equalCaseBlind(destination, "debugwindow")) {
         OutputDebugStringA(text.substr(0, WINDOW_TEXT_SIZE - 1).c_str());
     } else if (!destination || !appendTo(destination, text)) {

@@ -44,12 +44,16 @@ std::string browserLine(const std::string& command, const std::string& address) 
     }
     std::string line = command + ' ';
     line += isInQuotes ? address : kernel::joinCommandLine({address});
-    return line.size() < COMMAND_LINE_SIZE ? line : "";
+    // A quote that the program takes for a character has been counted as one.
+    const std::size_t words = kernel::splitCommandLine(isInQuotes ? command + '"' : command).size();
+    const bool isOneWord = kernel::splitCommandLine(line).size() == words + (isInQuotes ? 0U : 1U);
+    return isOneWord && line.size() < COMMAND_LINE_SIZE ? line : "";
 }
 
 bool start(const std::string& line) {
+    const STARTUPINFOA quiet{STARTF_WITHOUTSTREAMS, 0};
     PROCESS_INFORMATION browser{};
-    if (line.empty() || !CreateProcessA(line.c_str(), nullptr, nullptr, &browser)) {
+    if (line.empty() || !CreateProcessA(line.c_str(), nullptr, &quiet, &browser)) {
         return false;
     }
     CloseHandle(browser.hProcess);

@@ -52,7 +52,7 @@ std::string copyFolder(const std::string& home, const std::string& product,
 }
 
 bool openToAppend(const std::string& path) {
-    return AppendToFile(path.c_str(), nullptr, 0) && isOwn(path);
+    return AppendToFile(path.c_str(), nullptr, 0) == AppendResult::DONE && isOwn(path);
 }
 
 }  // namespace

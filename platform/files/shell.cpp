@@ -60,9 +60,10 @@ int ShellExecuteA(HWND, const char*, const char* file, const char*, const char* 
     if (viewer.empty()) {
         return failure(ERROR_FILE_NOT_FOUND);
     }
+    const STARTUPINFOA quiet{STARTF_WITHOUTSTREAMS, 0};
     PROCESS_INFORMATION process{};
     const std::string line = kernel::joinCommandLine({viewer, page});
-    if (!CreateProcessA(line.c_str(), folder, nullptr, &process)) {
+    if (!CreateProcessA(line.c_str(), folder, &quiet, &process)) {
         return failure(GetLastError());
     }
     CloseHandle(process.hProcess);

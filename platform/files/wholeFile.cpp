@@ -12,6 +12,7 @@
 #include "platform/files/HostPath.h"
 #include "platform/files/NewFile.h"
 #include "platform/files/transfer.h"
+#include "platform/kernel/NoPipeSignal.h"
 #include "platform/kernel/SystemError.h"
 #include "platform/kernel/sync.h"
 #include "platform/messages.h"
@@ -43,15 +44,16 @@ int onSpelling(const char* path, bool canMake, Operation operation) {
     return result >= 0 || failBySystem() ? result : -1;
 }
 
-/// Opens for writing with the further flags `how`, and writes all.
-bool writeTo(const char* path, int how, const void* data, std::size_t bytes) {
-    const int file = onSpelling(path, true, [how](const std::string& spelling, bool isNew) {
+/// Opens for writing with the further flags `how`. -1 with the error set.
+int openToWrite(const char* path, int how) {
+    return onSpelling(path, true, [how](const std::string& spelling, bool isNew) {
         const int flags = O_WRONLY | O_NONBLOCK | O_CLOEXEC | how | (isNew ? O_CREAT : 0);
         return open(spelling.c_str(), flags, 0600);
     });
-    if (file < 0) {
-        return false;
-    }
+}
+
+/// Writes all and closes.
+bool writeAndClose(int file, const void* data, std::size_t bytes) {
     if (!files::writeAll(file, {static_cast<const char*>(data), bytes})) {
         failBySystem();
         close(file);
@@ -89,11 +91,17 @@ bool copyAll(int source, const files::NewFile& copy) {
 }  // namespace
 
 bool WriteWholeFile(const char* path, const void* data, std::size_t bytes) {
-    return writeTo(path, O_TRUNC, data, bytes);
+    const int file = openToWrite(path, O_TRUNC);
+    return file >= 0 && writeAndClose(file, data, bytes);
 }
 
-bool AppendToFile(const char* path, const void* data, std::size_t bytes) {
-    return writeTo(path, O_APPEND, data, bytes);
+AppendResult AppendToFile(const char* path, const void* data, std::size_t bytes) {
+    const int file = openToWrite(path, O_APPEND);
+    if (file < 0) {
+        return AppendResult::NOT_OPENED;
+    }
+    const kernel::NoPipeSignal noSignal;
+    return writeAndClose(file, data, bytes) ? AppendResult::DONE : AppendResult::NOT_WRITTEN;
 }
 
 long ReadFileStart(const char* path, void* data, std::size_t bytes) {

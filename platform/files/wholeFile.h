@@ -12,9 +12,16 @@ namespace juntora {
 /// Writes a file anew, whole; a new one gets mode 0600. False when any step failed.
 bool WriteWholeFile(const char* path, const void* data, std::size_t bytes);
 
+enum class AppendResult {
+    DONE,
+    NOT_OPENED,
+    NOT_WRITTEN,  ///< Not all of it: the file was there, and took no more.
+};
+
 /// Adds to the end of a file, in one piece where the system can; a new one gets mode 0600. Never
-/// blocks on what stands in the file's place. False when any step failed.
-bool AppendToFile(const char* path, const void* data, std::size_t bytes);
+/// blocks on what stands in the file's place, nor is this process ended by a reader of it that
+/// goes.
+AppendResult AppendToFile(const char* path, const void* data, std::size_t bytes);
 
 /// Reads up to `bytes` bytes from the start of a regular file; -1 when it cannot be opened or is no
 /// regular file (a folder, a pipe). Never blocks on what stands in the file's place.

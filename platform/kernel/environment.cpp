@@ -55,7 +55,8 @@ const char* GetEnvironment(const char* name) {
         return ownPathText();
     }
     const std::size_t length = std::strlen(name);
-    const char* entry = length == 0 ? nullptr : entryOf({name, length});
+    const bool canBeName = length != 0 && std::strchr(name, '=') == nullptr;
+    const char* entry = canBeName ? entryOf({name, length}) : nullptr;
     return entry == nullptr ? nullptr : entry + length + 1;
 }
 

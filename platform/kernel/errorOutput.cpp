@@ -3,38 +3,15 @@
 #include <fcntl.h>
 #include <limits.h>
 #include <poll.h>
-#include <signal.h>
 #include <sys/resource.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
 
+#include "platform/kernel/NoPipeSignal.h"
+
 namespace juntora::kernel {
 namespace {
-
-/// Keeps the signal of a broken pipe from this thread for as long as it lives.
-class NoPipeSignal {
-public:
-    NoPipeSignal() {
-        sigemptyset(&m_signal);
-        sigaddset(&m_signal, SIGPIPE);
-        pthread_sigmask(SIG_BLOCK, &m_signal, &m_before);
-    }
-    ~NoPipeSignal() {
-        if (sigismember(&m_before, SIGPIPE) == 0) {
-            const timespec atOnce{};
-            sigtimedwait(&m_signal, nullptr, &atOnce);
-        }
-        pthread_sigmask(SIG_SETMASK, &m_before, nullptr);
-    }
-    NoPipeSignal(const NoPipeSignal&) = delete;
-    NoPipeSignal& operator=(const NoPipeSignal&) = delete;
-
-private:
-    sigset_t m_signal{};
-    sigset_t m_before{};
-};
 
 bool canTakeMore() {
     pollfd errors{STDERR_FILENO, POLLOUT, 0};

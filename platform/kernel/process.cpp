@@ -31,9 +31,12 @@ constexpr int FIRST_UNINHERITED = 3;
 /// Attributes and actions of a spawn, freed at the end of the scope.
 class SpawnSettings {
 public:
-    explicit SpawnSettings(const char* directory) {
+    SpawnSettings(const char* directory, bool withStreams) {
         posix_spawn_file_actions_init(&actions);
         posix_spawnattr_init(&attributes);
+        for (int stream = 0; !withStreams && stream < FIRST_UNINHERITED; ++stream) {
+            posix_spawn_file_actions_addopen(&actions, stream, "/dev/null", O_RDWR, 0);
+        }
         posix_spawn_file_actions_addclosefrom_np(&actions, FIRST_UNINHERITED);
         if (directory != nullptr) {
             posix_spawn_file_actions_addchdir_np(&actions, files::locate(directory).path.c_str());
@@ -84,11 +87,12 @@ std::vector<std::string> environmentFor(const StartPlace& place) {
 }
 
 /// The new process's number, or minus the error.
-int spawn(const ProgramStart& start, const char* directory, const StartPlace& place) {
+int spawn(const ProgramStart& start, const char* directory, bool withStreams,
+          const StartPlace& place) {
     std::vector<std::string> words = start.words;
     words[0] = start.file;
     std::vector<std::string> variables = environmentFor(place);
-    const SpawnSettings settings(directory);
+    const SpawnSettings settings(directory, withStreams);
     pid_t child = 0;
     const int error =
         posix_spawn(&child, start.file.c_str(), &settings.actions, &settings.attributes,
@@ -118,12 +122,13 @@ BOOL CreateProcessA(const char* commandLine, const char* directory, const STARTU
         SetLastError(ERROR_NOT_ENOUGH_MEMORY);
         return 0;
     }
-    const bool hasShow = startup != nullptr && (startup->dwFlags & STARTF_USESHOWWINDOW) != 0;
+    const DWORD flags = startup != nullptr ? startup->dwFlags : 0;
+    const bool hasShow = (flags & STARTF_USESHOWWINDOW) != 0;
     StartPlace place;
     if (desktop::Attachment* desktop = desktop::Attachment::get()) {
         place = offerStart(*desktop, start.line, hasShow ? startup->wShowWindow : NO_SHOW_STATE);
     }
-    const int child = spawn(start, directory, place);
+    const int child = spawn(start, directory, (flags & STARTF_WITHOUTSTREAMS) == 0, place);
     if (child < 0) {
         endStart(place);
         entry->kind = HandleKind::CLOSED;

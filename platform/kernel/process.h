@@ -7,9 +7,12 @@
 namespace juntora {
 
 inline constexpr DWORD STARTF_USESHOWWINDOW = 1;
+/// The layer's own: the child's input is empty and its output goes nowhere, so that nobody who
+/// reads this process's output waits for its end.
+inline constexpr DWORD STARTF_WITHOUTSTREAMS = 0x80000000;
 
 struct STARTUPINFOA {
-    DWORD dwFlags;  ///< STARTF_USESHOWWINDOW: wShowWindow reaches the new process.
+    DWORD dwFlags;  ///< STARTF_USESHOWWINDOW: wShowWindow reaches the new process. Others: above.
     WORD wShowWindow;
 };
 

@@ -126,6 +126,7 @@ TEST_F(PageTest, GoesToTheRegistrysBrowserWithoutADesktop) {
         {prog + " \"%1\"", "https://host/a", "prog| https://host/a\n"},
         {prog + " \"%1\"", "a -b  c", "prog| a -b  c\n"},
         {prog + " \"%1\"", "a\" -b", "nothing"},
+        {prog + " -x \\\"%1\\\"", "a --b", "nothing"},
         {prog, "a -b \"c\"\\", "prog|a -b \"c\"\\\n"},
         {prog, "-b", "nothing"},
         {"%1", prog, "nothing"},

@@ -1,4 +1,6 @@
 // Where debug prints go, by a program that makes some.
+#include <sys/stat.h>
+
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -47,7 +49,7 @@ TEST_F(DebugPrintTest, GoesToStreams) {
           std::string(3000, 'x'));
     print("debugwindow", "", "1 of 2: %s\n2 of 2: " + std::string(1015, 'x'),
           std::string(3000, 'x'));
-    EXPECT_EQ(take("z80.dbg"), "");
+    EXPECT_FALSE(std::filesystem::exists(m_folder + "/z80.dbg"));
 }
 
 TEST_F(DebugPrintTest, GoesToFiles) {
@@ -64,6 +66,22 @@ TEST_F(DebugPrintTest, GoesToFiles) {
     std::ofstream(m_folder + "/z80.dbg") << "before\n";
     print(std::nullopt, "", "");
     EXPECT_EQ(take("z80.dbg"), std::string("before\n") + PRINTED);
+}
+
+TEST_F(DebugPrintTest, OutlivesItsReader) {
+    ChildProcess shell(
+        "/bin/sh",
+        {"-c", "{ read go; \"$0\" x y; echo code $? >&2; } | { exec <&-; echo closed; }",
+         ProgramFolder() + "/setup_printer"},
+        {{"DEBUGPRINT=stdout"}, m_folder, true});
+    EXPECT_EQ(shell.readLine(), "closed");
+    shell.writeLine("go");
+    EXPECT_EQ(shell.wait(), 0);
+    EXPECT_EQ(shell.errors(), "code 0\n");
+
+    ASSERT_EQ(mkfifo((m_folder + "/pipe").c_str(), 0600), 0);
+    print("pipe", "", "");
+    EXPECT_EQ(take("z80.dbg"), PRINTED) << "nobody has ever read there";
 }
 
 TEST_F(DebugPrintTest, SaysNothingWhereNothingCanBeWritten) {

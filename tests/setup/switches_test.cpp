@@ -1,5 +1,5 @@
 // Switches of the environment. They are kept for the life of a process, so that each case has names
-// of its own.
+// of its own, and the one of the table comes first.
 #include "setup/switches.h"
 
 #include <cstdlib>
@@ -13,6 +13,7 @@ namespace {
 
 TEST(SwitchesTest, ThoseOfTheTableAreOnUnlessTheirOwnWordIsSet) {
     setenv("DISABLE_EXPRESS_CONNECT", "", 1);
+    setenv("ENABLE_EXPRESS_CONNECT", "1", 1);
     setenv("DRAFTEL_CORRECT_PAGE_READ", "0", 1);
     setenv("DRAFTEL_OLD_PAGE_READ_", "1", 1);
     EXPECT_FALSE(isSwitchOn("ENABLE_EXPRESS_CONNECT"));
@@ -41,6 +42,8 @@ TEST(SwitchesTest, AllOthersAreOnByTheirValue) {
         EXPECT_EQ(isSwitchOn(name.c_str()), isOn) << value;
     }
     EXPECT_FALSE(isSwitchOn("SWITCH_TEST_UNSET"));
+    setenv("SWITCH_TEST_A", "B=1", 1);
+    EXPECT_FALSE(isSwitchOn("SWITCH_TEST_A=B"));
     EXPECT_FALSE(isSwitchOn(""));
     EXPECT_FALSE(isSwitchOn(nullptr));
 }

@@ -1,5 +1,10 @@
 // juntoractl's commands for names, switches and pages, which need no hub.
+#include <sys/stat.h>
+
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 
 #include "tests/tools/ToolsFixture.h"
 
@@ -37,6 +42,17 @@ TEST_F(NameCommandTest, PrintsAnAnswerOrAReason) {
         {{"open", "missing.html"}, 1, ""},
         {{"open"}, 2, ""},
     };
+    const std::string folder = sandbox().runtimeFolder() + "/viewer";
+    std::filesystem::create_directory(folder);
+    std::ofstream(folder + "/xdg-open") << "#!/bin/sh\nprintf %s \"$1\" >'" << folder << "/told'\n";
+    std::filesystem::permissions(folder + "/xdg-open", std::filesystem::perms::owner_all);
+    ASSERT_EQ(mkfifo((folder + "/told").c_str(), 0600), 0);
+    const std::string before = getenv("PATH");
+    setenv("PATH", folder.c_str(), 1);
+    EXPECT_EQ(control({"open", "https://host/a b"}).code, 0);
+    std::ifstream told(folder + "/told");
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(told), {}), "https://host/a b");
+    setenv("PATH", before.c_str(), 1);
     for (const auto& each : cases) {
         const Outcome outcome = control(each.arguments);
         EXPECT_EQ(outcome.code, each.code) << testing::PrintToString(each.arguments);

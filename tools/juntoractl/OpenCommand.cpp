@@ -1,4 +1,4 @@
-// open: a page in the person's browser. No hub takes part.
+// open: a page in the person's browser or viewer. No hub takes part.
 #include "setup/openPage.h"
 #include "tools/juntoractl/CommandLine.h"
 #include "tools/juntoractl/ExitCode.h"
@@ -19,7 +19,7 @@ void addOpenCommand(CLI::App& app, Action* action) {
             "in the registry (HKCR\\htmlfile\\shell\\open\\command)");
         return EXIT_CODE_REFUSED;
     };
-    addCommand(app, "open", "Open a page in the browser", page, run, action)
+    addCommand(app, "open", "Open a page in the browser, a file in the viewer for its kind", page, run, action)
         ->add_option("PAGE", *page, "A file, or an address with a scheme: https://..., mailto:...")
         ->required();
 }
