@@ -349,11 +349,13 @@ TEST_F(ModuleTest, MayBeAskedForAnewAfterItsEnd) {
     tvErrorManager::forgetInstance();
     write("modules.txt", "TVA a.xml");
     write("a.xml", catalogue("TVA", message(1, "after")));
-    EXPECT_NE(tvErrorManager::getInstance(), first);
-    EXPECT_TRUE(tvErrorManager::getInstance()->loadModuleCatalogs("TVA"));
+    tvErrorManager* second = tvErrorManager::getInstance();
+    EXPECT_NE(second, first);
+    EXPECT_TRUE(second->loadModuleCatalogs("TVA"));
     EXPECT_EQ(textOf("TVA", 1), "after");
     tvErrorManager::forgetInstance();
     delete first;
+    delete second;
 }
 
 }  // namespace
