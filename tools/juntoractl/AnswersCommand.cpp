@@ -52,9 +52,10 @@ std::vector<Answer> allAnswers() {
          readBelow<std::vector<std::string>>(PROFILES_KEY, readSubkeyNames)) {
         for (const RegistryValue& value :
              readBelow<std::vector<RegistryValue>>(sectionOf(program), readRegistryValues)) {
-            const Json data = value.type == REG_SZ ? value.json() : Json();
-            if (data.is_string() && data != "" && data != NO_ANSWER) {
-                answers.push_back({program, value.name, data.get<std::string>()});
+            const std::string text =
+                value.type == REG_SZ ? value.json().get<std::string>() : std::string();
+            if (!text.empty() && text != NO_ANSWER) {
+                answers.push_back({program, value.name, text});
             }
         }
     }
