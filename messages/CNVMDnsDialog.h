@@ -65,7 +65,7 @@ private:
     unsigned style;
     unsigned icon;
     unsigned number;
-    unsigned helpContext;
+    [[maybe_unused]] unsigned helpContext;  ///< There is no help for it to stand for.
     int showCheckBox;
     const DnsButtonLabels* labels;
     RECT dialogRect{};
