@@ -73,8 +73,8 @@ struct Stretch {
     std::size_t length = 0;
 };
 
-/// Behind the first place in a text that isn't empty where the stretch can be, or, as the last one
-/// of a pattern, behind the only one; null if there is none.
+/// Behind the first place in a text where the stretch can be, or, as the last one of a pattern,
+/// behind the only one; null if there is none, as in an empty text for any stretch.
 const char* behindPlace(const Stretch& stretch, const char* text) {
     if (*stretch.end == '\0') {
         const std::size_t left = std::strlen(text);
@@ -111,7 +111,7 @@ Match matchAt(const char* pattern, const char* text) {
             return Match::YES;
         }
         const Stretch stretch(pattern);
-        text = *text != '\0' ? behindPlace(stretch, text) : nullptr;
+        text = behindPlace(stretch, text);
         if (!text) {
             return Match::NEVER;
         }
