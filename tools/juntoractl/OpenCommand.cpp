@@ -19,7 +19,8 @@ void addOpenCommand(CLI::App& app, Action* action) {
             "in the registry (HKCR\\htmlfile\\shell\\open\\command)");
         return EXIT_CODE_REFUSED;
     };
-    addCommand(app, "open", "Open a page in the browser, a file in the viewer for its kind", page, run, action)
+    addCommand(app, "open", "Open a page in the browser, a file in the viewer for its kind", page,
+               run, action)
         ->add_option("PAGE", *page, "A file, or an address with a scheme: https://..., mailto:...")
         ->required();
 }
