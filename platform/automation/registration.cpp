@@ -1,7 +1,5 @@
 #include "platform/automation/registration.h"
 
-#include <unistd.h>
-
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -9,6 +7,7 @@
 #include "platform/automation/ClassKeys.h"
 #include "platform/automation/Services.h"
 #include "platform/automation/automation.h"
+#include "platform/files/wholeFile.h"
 #include "platform/kernel/hostEnvironment.h"
 #include "platform/registry/registry.h"
 
@@ -18,32 +17,13 @@ namespace {
 namespace fs = std::filesystem;
 
 fs::path serviceFile(const std::string& busName) {
-    const std::string data = kernel::userFolder("XDG_DATA_HOME", "/.local/share");
+    const std::string data = kernel::userDataFolder();
     return data.empty() ? fs::path() : fs::path(data) / "dbus-1/services" / (busName + ".service");
 }
 
 /// False for a program whose name the bus would take for something else.
 bool isQuotable(const std::string& program) {
     return program.find_first_of("\n\"\\$`") == program.npos;
-}
-
-/// A file that is never there in part, for the bus reads it at any time. What could not be written
-/// whole leaves the one before as it was.
-bool replaceFile(const fs::path& file, const std::string& text) {
-    std::error_code error;
-    fs::create_directories(file.parent_path(), error);
-    const fs::path fresh = file.string() + "." + std::to_string(getpid());
-    std::ofstream stream(fresh);
-    stream << text;
-    stream.close();
-    if (stream) {
-        fs::rename(fresh, file, error);
-    }
-    const bool isReplaced = stream && !error;
-    if (!isReplaced) {
-        fs::remove(fresh, error);
-    }
-    return isReplaced;
 }
 
 bool writeServiceFile(const std::string& busName, const std::string& program) {
@@ -57,11 +37,17 @@ bool writeServiceFile(const std::string& busName, const std::string& program) {
     if (now && std::string(std::istreambuf_iterator<char>(now), {}) == text) {
         return true;
     }
-    const bool isWritten = replaceFile(file, text);
+    const bool isWritten = ReplaceWholeFile(file.c_str(), text.data(), text.size());
     if (isWritten) {
         automation::reloadServices();
     }
     return isWritten;
+}
+
+/// True also where there is none.
+bool removeKey(const std::string& path) {
+    const DWORD error = RegDeleteTreeA(HKEY_CLASSES_ROOT, path.c_str());
+    return error == ERROR_SUCCESS || error == ERROR_FILE_NOT_FOUND;
 }
 
 }  // namespace
@@ -74,19 +60,19 @@ bool RegisterClassOf(const ClassRegistration& registration) {
     isDone = automation::writeClassText(registration.programId + "\\CLSID", id) && isDone;
     isDone = automation::writeClassText(classKey, registration.programId) && isDone;
     isDone = automation::writeClassText(classKey + "\\ProgID", registration.programId) && isDone;
-    isDone = automation::writeClassText(classKey + "\\LocalServer32",
-                                        "\"" + registration.program + "\"") &&
-             isDone;
-    return !busName.empty() && writeServiceFile(busName, registration.program) && isDone;
+    isDone = !busName.empty() && writeServiceFile(busName, registration.program) && isDone;
+    // Last: who finds it takes the class for registered as a whole.
+    return automation::writeClassText(classKey + "\\LocalServer32",
+                                      "\"" + registration.program + "\"") &&
+           isDone;
 }
 
 bool UnregisterClassOf(const ClassRegistration& registration) {
     const std::string classKey = "CLSID\\" + TextOfGuid(registration.classId);
     std::error_code error;
     fs::remove(serviceFile(BusNameOfClass(registration.programId)), error);
-    const bool isProgramGone =
-        RegDeleteTreeA(HKEY_CLASSES_ROOT, registration.programId.c_str()) == ERROR_SUCCESS;
-    const bool isClassGone = RegDeleteTreeA(HKEY_CLASSES_ROOT, classKey.c_str()) == ERROR_SUCCESS;
+    const bool isProgramGone = removeKey(registration.programId);
+    const bool isClassGone = removeKey(classKey);
     return isProgramGone && isClassGone && !error;
 }
 

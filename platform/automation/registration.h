@@ -21,7 +21,7 @@ struct ClassRegistration {
 /// is.
 bool RegisterClassOf(const ClassRegistration& registration);
 
-/// Takes all of it out again.
+/// Takes all of it out again. What is not there is no failure.
 bool UnregisterClassOf(const ClassRegistration& registration);
 
 /// The path of the running program; empty where the system does not tell.

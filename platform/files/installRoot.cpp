@@ -14,6 +14,9 @@ constexpr char ROOT_VARIABLE[] = "JUNTORA_ROOT";
 constexpr std::string_view PROGRAMS = "/bin/";
 constexpr char INSTALLED[] = "/share/voltara";
 
+constexpr char SYSTEM_VARIABLE[] = "systemroot";
+constexpr char SYSTEM_FOLDER[] = "/lib/voltara";
+
 /// A program does not move while it runs.
 std::string rootOfProgram() {
     char program[4096];
@@ -35,6 +38,17 @@ std::string InstallRoot() {
     }
     static const std::string root = rootOfProgram();
     return root;
+}
+
+std::string SystemRoot() {
+    if (const char* named = GetEnvironment(SYSTEM_VARIABLE)) {
+        return named;
+    }
+    const std::string root = InstallRoot();
+    const std::string folder = root.empty() ? "" : root + SYSTEM_FOLDER;
+    const bool isThere =
+        !folder.empty() && GetFileAttributesA(folder.c_str()) != INVALID_FILE_ATTRIBUTES;
+    return isThere ? folder : "";
 }
 
 }  // namespace juntora

@@ -13,4 +13,9 @@ namespace juntora {
 /// JUNTORA_ROOT is read at each call; any thread may call.
 std::string InstallRoot();
 
+/// The folder that stands for the system's own, in which `System32` holds the system's programs:
+/// what `systemroot` names; if that is unset, lib/voltara below the install root. Empty where
+/// neither is there. As for the threads, the same.
+std::string SystemRoot();
+
 }  // namespace juntora

@@ -5,6 +5,7 @@ set(PLATFORM_FILES_SOURCES
     files/FullPath.cpp
     files/HostPath.cpp
     files/LockedFile.cpp
+    files/ModuleFile.cpp
     files/MountTable.cpp
     files/NamedFolder.cpp
     files/NewFile.cpp

@@ -9,8 +9,10 @@
 #include <string>
 #include <string_view>
 
+#include "platform/files/DriveLinks.h"
 #include "platform/files/FileState.h"
 #include "platform/files/HostPath.h"
+#include "platform/files/ModuleFile.h"
 #include "platform/files/PathSyntax.h"
 #include "platform/kernel/SystemError.h"
 #include "platform/kernel/sync.h"
@@ -48,6 +50,16 @@ std::string newPath(const char* path) {
     }
     SetLastError(place.error == 0 ? ERROR_ALREADY_EXISTS : place.error);
     return "";
+}
+
+/// The length of what was written; the capacity that it needs, NUL included, if it does not fit.
+DWORD give(std::string_view text, char* buffer, DWORD capacity) {
+    if (text.size() >= capacity) {
+        return static_cast<DWORD>(text.size() + 1);
+    }
+    std::memcpy(buffer, text.data(), text.size());
+    buffer[text.size()] = '\0';
+    return static_cast<DWORD>(text.size());
 }
 
 }  // namespace
@@ -108,12 +120,21 @@ DWORD GetShortPathNameA(const char* path, char* buffer, DWORD capacity) {
         SetLastError(error);
         return 0;
     }
-    const std::size_t length = std::strlen(path);
-    if (length >= capacity) {
-        return static_cast<DWORD>(length + 1);
+    return give(path, buffer, capacity);
+}
+
+DWORD GetLongPathNameA(const char* path, char* buffer, DWORD capacity) {
+    const Located file = files::locateModule(path);
+    if (file.error != 0) {
+        SetLastError(file.error);
+        return 0;
     }
-    std::memcpy(buffer, path, length + 1);
-    return static_cast<DWORD>(length);
+    const std::string own = files::resolved(file.path);
+    if (own.empty()) {
+        failBySystem();
+        return 0;
+    }
+    return give(own, buffer, capacity);
 }
 
 }  // namespace juntora

@@ -45,4 +45,10 @@ bool MakeEmptyFile(const char* path);
 /// untouched then); 0 on failure.
 DWORD GetShortPathNameA(const char* path, char* buffer, DWORD capacity);
 
+/// The name of its own that a file has, in this machine's form: as the folders spell it, without
+/// links on the way. A program or library may be named as the platform names it: where nothing is
+/// there, ".exe" may be missing from the file's name, and ".so" stands for ".dll" and ".ocx".
+/// Results as above.
+DWORD GetLongPathNameA(const char* path, char* buffer, DWORD capacity);
+
 }  // namespace juntora

@@ -6,7 +6,9 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <filesystem>
 #include <string>
+#include <system_error>
 
 #include "platform/files/DriveLinks.h"
 #include "platform/files/HostPath.h"
@@ -93,6 +95,21 @@ bool copyAll(int source, const files::NewFile& copy) {
 bool WriteWholeFile(const char* path, const void* data, std::size_t bytes) {
     const int file = openToWrite(path, O_TRUNC);
     return file >= 0 && writeAndClose(file, data, bytes);
+}
+
+bool ReplaceWholeFile(const char* path, const void* data, std::size_t bytes) {
+    constexpr mode_t READABLE_BY_ALL = 0644;
+    const std::filesystem::path place = files::locate(path).path;
+    if (place.empty()) {
+        SetLastError(ERROR_PATH_NOT_FOUND);
+        return false;
+    }
+    std::error_code ignored;
+    std::filesystem::create_directories(place.parent_path(), ignored);
+    files::NewFile file(place, READABLE_BY_ALL);
+    return (file.isOpen() && file.write({static_cast<const char*>(data), bytes}) &&
+            file.replace()) ||
+           failBySystem();
 }
 
 AppendResult AppendToFile(const char* path, const void* data, std::size_t bytes) {

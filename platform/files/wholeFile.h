@@ -12,6 +12,11 @@ namespace juntora {
 /// Writes a file anew, whole; a new one gets mode 0600. False when any step failed.
 bool WriteWholeFile(const char* path, const void* data, std::size_t bytes);
 
+/// Puts a file in the place of what has that name, in one step: whoever reads it gets the one or
+/// the other whole, and what could not be written leaves the one before. Folders on the way are
+/// made; a new file gets mode 0644. False when any step failed.
+bool ReplaceWholeFile(const char* path, const void* data, std::size_t bytes);
+
 enum class AppendResult {
     DONE,
     NOT_OPENED,

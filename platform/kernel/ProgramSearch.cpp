@@ -6,8 +6,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "platform/files/CaseFolding.h"
-#include "platform/files/HostPath.h"
+#include "platform/files/ModuleFile.h"
 #include "platform/files/PathSyntax.h"
 #include "platform/kernel/CommandLine.h"
 #include "platform/kernel/process.h"
@@ -17,8 +16,6 @@ namespace juntora::kernel {
 namespace {
 
 constexpr std::string_view BLANKS = " \t";
-constexpr char PROGRAM_EXTENSION[] = ".exe";
-constexpr std::size_t EXTENSION_LENGTH = sizeof PROGRAM_EXTENSION - 1;
 
 /// A file that can be run, or what speaks against it.
 struct Found {
@@ -26,21 +23,14 @@ struct Found {
     DWORD error = ERROR_FILE_NOT_FOUND;
 };
 
-bool endsInExtension(const std::string& name) {
-    return name.size() > EXTENSION_LENGTH &&
-           files::equalIgnoringCase(std::string_view(name).substr(name.size() - EXTENSION_LENGTH),
-                                    PROGRAM_EXTENSION);
-}
-
 /// The program at `path`, or at what is left of it without the extension.
 Found programAt(const std::string& path) {
-    const files::Located file = files::locate(path);
-    if (file.error == 0) {
-        const bool canRun = S_ISREG(file.state.stx_mode) && access(file.path.c_str(), X_OK) == 0;
-        return canRun ? Found{file.path, 0} : Found{"", ERROR_ACCESS_DENIED};
+    const files::Located file = files::locateModule(path);
+    if (file.error != 0) {
+        return {"", file.error};
     }
-    return endsInExtension(path) ? programAt(path.substr(0, path.size() - EXTENSION_LENGTH))
-                                 : Found{"", file.error};
+    const bool canRun = S_ISREG(file.state.stx_mode) && access(file.path.c_str(), X_OK) == 0;
+    return canRun ? Found{file.path, 0} : Found{"", ERROR_ACCESS_DENIED};
 }
 
 std::string ownFolder() {

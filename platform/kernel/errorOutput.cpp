@@ -33,6 +33,8 @@ void WriteToErrors(std::string_view text) {
     }
 }
 
+bool ErrorsAreOnTerminal() { return isatty(STDERR_FILENO) == 1; }
+
 void LeaveStandardStreams() {
     const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
     if (nothing >= 0) {

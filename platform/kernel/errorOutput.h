@@ -9,6 +9,9 @@ namespace juntora::kernel {
 /// and one that does not read does not hold it up.
 void WriteToErrors(std::string_view text);
 
+/// Whether a person reads it, on a terminal.
+bool ErrorsAreOnTerminal();
+
 /// For a program that has nothing to say and outlives the one that started it: from here on its
 /// standard input is empty, and what it and its libraries write goes nowhere, so that nobody who
 /// reads its starter's output waits for its end. Nor does it leave a memory image when a library

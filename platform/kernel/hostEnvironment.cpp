@@ -18,4 +18,6 @@ std::string userFolder(const char* variable, const char* below) {
     return home.starts_with('/') ? home + below : "";
 }
 
+std::string userDataFolder() { return userFolder("XDG_DATA_HOME", "/.local/share"); }
+
 }  // namespace juntora::kernel

@@ -13,4 +13,7 @@ std::string hostEnvironment(const char* name);
 /// home folder. Empty where neither is an absolute path.
 std::string userFolder(const char* variable, const char* below);
 
+/// Where the user's programs keep what they are not to lose ($XDG_DATA_HOME, else ~/.local/share).
+std::string userDataFolder();
+
 }  // namespace juntora::kernel

@@ -10,8 +10,10 @@ struct Module;
 using HMODULE = Module*;
 
 /// Loads a library with all that it needs, once for all callers, until it has been freed as often.
-/// Null on failure: ERROR_MOD_NOT_FOUND, with the system's own words in `*why`, which may be null.
-/// `why` belongs to the layer, until the thread's next call.
+/// Where nothing is at a path that ends in ".dll" or ".ocx", ".so" in its place is taken; a name
+/// without a folder is the system's to find. Null on failure: ERROR_MOD_NOT_FOUND, with the
+/// system's own words in `*why`, which may be null. `why` belongs to the layer, until the thread's
+/// next call.
 HMODULE LoadLibraryA(const char* path, const char** why);
 /// Nobody may be in the library any more who is not to fall with it.
 void FreeLibrary(HMODULE module);

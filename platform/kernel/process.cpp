@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <string>
 #include <vector>
 
@@ -142,6 +143,19 @@ BOOL CreateProcessA(const char* commandLine, const char* directory, const STARTU
     entry->kind.store(HandleKind::PROCESS, std::memory_order_release);
     keepChild(entry->descriptor, place);
     *information = {valueOf(entry), static_cast<DWORD>(child)};
+    return 1;
+}
+
+BOOL TerminateProcess(HANDLE process) {
+    const kernel::Handle* entry = kernel::handleOf(process, kernel::HandleKind::PROCESS);
+    if (entry == nullptr) {
+        SetLastError(ERROR_INVALID_HANDLE);
+        return 0;
+    }
+    if (syscall(SYS_pidfd_send_signal, entry->descriptor, SIGKILL, nullptr, 0) != 0) {
+        SetLastError(kernel::errorOf(errno));
+        return 0;
+    }
     return 1;
 }
 

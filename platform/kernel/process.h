@@ -33,6 +33,9 @@ struct PROCESS_INFORMATION {
 BOOL CreateProcessA(const char* commandLine, const char* directory, const STARTUPINFOA* startup,
                     PROCESS_INFORMATION* information);
 
+/// Ends a process at once, wherever it is. Returns 0 if it has ended, or `process` is none.
+BOOL TerminateProcess(HANDLE process);
+
 /// Waits until the process first waits in an empty message loop or for an answer of this process,
 /// or ends: 0; WAIT_TIMEOUT or WAIT_FAILED otherwise. A child that does not use this layer is never
 /// idle before its end.

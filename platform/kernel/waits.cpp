@@ -156,6 +156,9 @@ std::size_t forgetView(const void* view) {
 
 DWORD WaitForSingleObject(HANDLE object, DWORD milliseconds) {
     kernel::Handle* entry = kernel::anyHandle(object);
+    if (entry != nullptr && entry->kind.load() == kernel::HandleKind::PROCESS) {
+        return kernel::waitForProcess(*entry, milliseconds);
+    }
     desktop::Attachment* desktop = desktop::Attachment::get();
     if (entry != nullptr && desktop != nullptr) {
         switch (entry->kind.load(std::memory_order_relaxed)) {
@@ -163,8 +166,6 @@ DWORD WaitForSingleObject(HANDLE object, DWORD milliseconds) {
                 return kernel::waitForMutex(*desktop, *entry, milliseconds);
             case kernel::HandleKind::SEMAPHORE:
                 return kernel::waitForSemaphore(*desktop, *entry, milliseconds);
-            case kernel::HandleKind::PROCESS:
-                return kernel::waitForProcess(*entry, milliseconds);
             default:
                 break;
         }

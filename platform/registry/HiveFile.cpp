@@ -57,7 +57,7 @@ DWORD locateHive(HiveKind kind, std::string* path, Problem* problem) {
         *path = MACHINE_PATH;
         return ERROR_SUCCESS;
     }
-    const std::string data = kernel::userFolder("XDG_DATA_HOME", "/.local/share");
+    const std::string data = kernel::userDataFolder();
     if (data.empty()) {
         *problem = "there is no place for the user's registry; set HOME or JUNTORA_REGISTRY";
         return ERROR_REGISTRY_IO_FAILED;
