@@ -3,13 +3,13 @@
 #include <cstdio>
 
 #include "bridge/CComLink.h"
+#include "common/PerUserRegistration.h"
 #include "framework/COleObjectFactory.h"
 #include "framework/CWnd.h"
 #include "ipc/IpcMessage.h"
 #include "platform/kernel/process.h"
 #include "shell/CJuntoraDlg.h"
 #include "shell/CommandLine.h"
-#include "shell/PerUserRegistration.h"
 #include "shell/StartLock.h"
 #include "shell/resources.h"
 

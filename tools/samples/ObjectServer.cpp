@@ -6,6 +6,8 @@
 #include <sstream>
 #include <string_view>
 
+#include "common/CaseBlind.h"
+#include "common/PerUserRegistration.h"
 #include "framework/COleObjectFactory.h"
 #include "platform/desktop/message.h"
 #include "platform/files/wholeFile.h"
@@ -52,7 +54,7 @@ bool hasSwitch(int argc, char** argv, std::string_view name) {
     for (int i = 1; i < argc; ++i) {
         const std::string_view word = argv[i];
         if (word.size() == name.size() + 1 && (word[0] == '-' || word[0] == '/') &&
-            word.substr(1) == name) {
+            equalCaseBlind(word.substr(1), name)) {
             return true;
         }
     }
@@ -90,15 +92,20 @@ SampleObject::~SampleObject() {
 
 int runObjectServer(int argc, char** argv, const char* tool) {
     SetProgramArguments(argc, argv);
-    if (!AfxOleInit()) {
+    const bool isLeaving = hasSwitch(argc, argv, "Unregserver");
+    const bool isForRegistryAlone = isLeaving || hasSwitch(argc, argv, "Regserver");
+    if (!AfxOleInit() && !isForRegistryAlone) {
         return 1;
     }
-    const bool isRegistered = COleObjectFactory::UpdateRegistryAll(true);
-    if (!isRegistered) {
-        std::fprintf(stderr, "%s: its classes could not be registered for other programs\n", tool);
+    PerUserRegistrationOn();
+    const bool isDone = COleObjectFactory::UpdateRegistryAll(!isLeaving);
+    PerUserRegistrationOff();
+    if (!isDone) {
+        std::fprintf(stderr, "%s: its classes could not be %sregistered for other programs\n", tool,
+                     isLeaving ? "un" : "");
     }
-    if (hasSwitch(argc, argv, "Regserver")) {
-        return isRegistered ? 0 : 1;
+    if (isForRegistryAlone) {
+        return isDone ? 0 : 1;
     }
     const HWND window = makeWindow(SERVER_CLASS, &handleServer);
     if (window == 0 || !QuitOnSignals() || !COleObjectFactory::RegisterAll()) {

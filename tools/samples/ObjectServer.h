@@ -24,10 +24,11 @@ public:
     ~SampleObject() override;
 };
 
-/// The main function of such a tool: registers the program's classes and serves them. With
-/// "-Regserver" that is all; with "-Embedding" the program ends 2 s after its last object has
-/// gone, in which another may be made, or when none has been made for a minute. Returns the exit
-/// code.
+/// The main function of such a tool: registers the program's classes, for all users where this one
+/// is an administrator, and serves them. With "-Regserver" that is all, and with "-Unregserver" it
+/// takes them out instead ("/" and letters of either case will do as well); with "-Embedding" the
+/// program ends 2 s after its last object has gone, in which another may be made, or when none has
+/// been made for a minute. Returns the exit code.
 int runObjectServer(int argc, char** argv, const char* tool);
 
 /// What a file says that a tool is to do of itself: words and numbers line by line, each carried

@@ -1,4 +1,4 @@
-#include "shell/PerUserRegistration.h"
+#include "common/PerUserRegistration.h"
 
 #include "platform/kernel/process.h"
 #include "platform/kernel/rights.h"
