@@ -116,8 +116,8 @@ TEST(FamilyTest, HandsEachParameterOnInOrderAndByItsType) {
         texts += std::string(text) + "\n";
     }
     EXPECT_EQ(texts,
-              "Registered for x: 5\nRegistered for -1: 18446744073709551615\n"
-              "Registered for 0.25: s\nRegistered for s: %2\n");
+              "Registration done for x: 5\nRegistration done for -1: 18446744073709551615\n"
+              "Registration done for 0.25: s\nRegistration done for s: %2\n");
 }
 
 }  // namespace

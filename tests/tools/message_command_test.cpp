@@ -29,16 +29,17 @@ protected:
 TEST_F(MessageCommandTest, PrintsWhatAMessageSays) {
     EXPECT_EQ(
         message({"text", "TVCOMMN", "11077", "--param", "s:admin", "--param", "d:0.5"}).output,
-        "INFO(TVCOMMN-11077):  Registered for admin: 0.5\n");
+        "INFO(TVCOMMN-11077):  Registration done for admin: 0.5\n");
     EXPECT_EQ(
         message({"body", "TVCOMMN", "11077", "--param", "c:%", "--param", "s:%1:\x1b"}).output,
-        "Registered for %: %1:\\x1b\n");
-    EXPECT_EQ(json::parse(message({"text", "TVCOMMN", "11077", "--param", "i:-5", "--param",
-                                   "k:18446744073709551615", "--json"})
-                              .output),
-              (json{{"module", "TVCOMMN"},
-                    {"number", 11077},
-                    {"text", "INFO(TVCOMMN-11077):  Registered for -5: 18446744073709551615"}}));
+        "Registration done for %: %1:\\x1b\n");
+    EXPECT_EQ(
+        json::parse(message({"text", "TVCOMMN", "11077", "--param", "i:-5", "--param",
+                             "k:18446744073709551615", "--json"})
+                        .output),
+        (json{{"module", "TVCOMMN"},
+              {"number", 11077},
+              {"text", "INFO(TVCOMMN-11077):  Registration done for -5: 18446744073709551615"}}));
     const json help = json::parse(message({"help", "TVCOMMN", "1821", "--json"}).output);
     EXPECT_TRUE(help["help"].get<std::string>().starts_with("<!DOCTYPE html>"));
 
@@ -52,7 +53,7 @@ TEST_F(MessageCommandTest, PrintsWhatAMessageSays) {
 TEST_F(MessageCommandTest, ListsWhatTheCataloguesHave) {
     const std::string all = message({"list"}).output;
     EXPECT_NE(all.find("\nTVCON-2  Juntora cannot reach the message bus"), std::string::npos);
-    EXPECT_NE(all.find("TVCOMMN-11077  Registered for %1: %2\n"), std::string::npos);
+    EXPECT_NE(all.find("TVCOMMN-11077  Registration done for %1: %2\n"), std::string::npos);
     const std::string line = message({"list", "TVCON", "--json"}).output;
     const json first = json::parse(line.substr(0, line.find('\n')));
     EXPECT_EQ(first["kind"], "error");

@@ -1,0 +1,95 @@
+#include "registration/serverRegistration.h"
+
+#include <optional>
+#include <utility>
+
+#include "common/PerUserRegistration.h"
+#include "messages/messageFamily.h"
+#include "platform/automation/registration.h"
+#include "registration/classKeys.h"
+
+namespace juntora {
+namespace {
+
+constexpr char MODULE[] = "TVCOMMN";
+constexpr unsigned long DONE_MESSAGE = 11077;
+constexpr unsigned long FAILED_MESSAGE = 11078;
+
+bool isPassedOver(const std::string& path) { return path.find("_g") != path.npos; }
+
+ServerResult resultOf(RegistrarResult ran, const std::string& path) {
+    ServerResult result{ran.outcome, path, {}, std::move(ran.why)};
+    if (ran.outcome == ServerOutcome::DONE || ran.outcome == ServerOutcome::FAILED) {
+        // The path alone where the catalogue is missing, which has been told by then.
+        std::string line = path;
+        getMessageText(&line, MODULE,
+                       ran.outcome == ServerOutcome::DONE ? DONE_MESSAGE : FAILED_MESSAGE,
+                       classScope().word, path.c_str());
+        result.lines.push_back(line);
+    }
+    return result;
+}
+
+RegistrarResult runRegistrar(const std::string& kind, const std::string& path, bool doRegister,
+                             void* exitFunctions) {
+    if (kind == "DLL") {
+        return runLibraryRegistrar(path, doRegister, exitFunctions);
+    }
+    if (kind == "OCX") {
+        return runControlRegistrar(path, doRegister);
+    }
+    if (kind == "EXE") {
+        return runProgramRegistrar(path, doRegister);
+    }
+    return {ServerOutcome::PASSED_OVER};
+}
+
+}  // namespace
+
+ServerResult runServer(bool force, bool doRegister, const std::string& kind,
+                       const std::string& path, const std::string& classId,
+                       const std::string& serverKey, void* exitFunctions) {
+    if (isPassedOver(path)) {
+        return {ServerOutcome::PASSED_OVER, path};
+    }
+    if (!force && doRegister &&
+        isRegisteredAt(classId.c_str(), serverKey.c_str(), path.c_str()) != 0) {
+        return {ServerOutcome::IN_ORDER, path};
+    }
+    return resultOf(runRegistrar(kind, path, doRegister, exitFunctions), path);
+}
+
+void reportLines(const ServerResult& result, ReportFn report) {
+    for (const std::string& line : result.lines) {
+        if (report != nullptr) {
+            report(line.c_str());
+        }
+    }
+}
+
+ServerResult unregisterResident(const ServerRow& row, const std::string& path) {
+    if (isPassedOver(path)) {
+        return {ServerOutcome::PASSED_OVER, path};
+    }
+    const std::optional<GUID> classId = GuidOfText("{" + row.classId + "}");
+    std::string programId;
+    ReadRegistryText(classScope().root, classKeyOf(row.classId) + "\\ProgID", nullptr, &programId);
+    if (!classId || programId.empty()) {
+        return {ServerOutcome::IN_ORDER, path};
+    }
+    PerUserRegistrationOn();
+    const bool isDone = UnregisterClassOf({*classId, programId, path});
+    PerUserRegistrationOff();
+    return resultOf({isDone ? ServerOutcome::DONE : ServerOutcome::FAILED}, path);
+}
+
+int registerServer(int force, int doRegister, const char* kind, const char* path,
+                   const char* classId, const char* serverKey, ReportFn report,
+                   void* exitFunctions) {
+    const ServerResult result =
+        runServer(force != 0, doRegister != 0, kind, path, classId, serverKey, exitFunctions);
+    reportLines(result, report);
+    return result.isSuccess() ? 1 : 0;
+}
+
+}  // namespace juntora
