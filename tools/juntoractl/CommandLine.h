@@ -39,6 +39,9 @@ void addConfigCommands(CLI::App& app, Action* action);
 /// root, search
 void addInstallCommands(CLI::App& app, Action* action);
 
+void addRegisterCommand(CLI::App& app, Action* action);
+void addAssociationsCommand(CLI::App& app, Action* action);
+void addCleanCommand(CLI::App& app, Action* action);
 /// message text, body, help, box, dialog, list
 void addMessageCommands(CLI::App& app, Action* action);
 void addAnswersCommand(CLI::App& app, Action* action);

@@ -47,6 +47,9 @@ int run(int argc, char** argv) {
     addConfigCommands(app, &action);
     addInstallCommands(app, &action);
     addLibraryCommands(app, &action);
+    addRegisterCommand(app, &action);
+    addAssociationsCommand(app, &action);
+    addCleanCommand(app, &action);
     addMessageCommands(app, &action);
     addAnswersCommand(app, &action);
     addNameCommands(app, &action);
