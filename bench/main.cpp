@@ -19,6 +19,7 @@
 #include "bench/Library.h"
 #include "bench/Messages.h"
 #include "bench/PingPong.h"
+#include "bench/Registration.h"
 #include "bench/Registry.h"
 #include "bench/Requests.h"
 #include "bench/Screen.h"
@@ -328,9 +329,10 @@ int runStart() {
 
 /// What can be measured alone, by the names on the command line.
 using Sections = std::set<std::string>;
-const Sections ALL_SECTIONS{"start",   "library",  "messages",   "round-trips", "records",
-                            "sign-on", "rows",     "files",      "launch",      "footprint",
-                            "screen",  "registry", "automation", "settings",    "wildcards"};
+const Sections ALL_SECTIONS{"start",      "library",   "messages",  "round-trips",
+                            "records",    "sign-on",   "rows",      "files",
+                            "launch",     "footprint", "screen",    "registry",
+                            "automation", "settings",  "wildcards", "registration"};
 
 int run(const Sections& wanted) {
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
@@ -347,6 +349,7 @@ int run(const Sections& wanted) {
     sandbox.enter();
     section("registry", benchRegistry);
     section("settings", benchSettings);
+    section("registration", benchRegistration);
     Bus bus(sandbox.runtimeFolder());
     Peers peers{{}, bus, 0};
     Hub hub;
