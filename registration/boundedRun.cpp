@@ -13,6 +13,8 @@ namespace {
 constexpr char PATIENCE_VARIABLE[] = "JUNTORA_REGISTRAR_SECONDS";
 constexpr DWORD PATIENCE_SECONDS = 30;
 constexpr DWORD LONGEST_PATIENCE_SECONDS = 3600;
+/// A killed one is gone at once, unless the kernel holds it.
+constexpr DWORD KILLED_MILLISECONDS = 5000;
 
 DWORD patienceSeconds() {
     const char* value = GetEnvironment(PATIENCE_VARIABLE);
@@ -25,10 +27,9 @@ DWORD patienceSeconds() {
     return isGood ? seconds : PATIENCE_SECONDS;
 }
 
-std::string lastErrorText() {
+std::string textOf(DWORD error) {
     char* text = nullptr;
-    FormatMessageA(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM, GetLastError(), 0,
-                   &text);
+    FormatMessageA(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM, error, 0, &text);
     std::string copy = text == nullptr ? "" : text;
     LocalFree(text);
     return copy;
@@ -36,22 +37,26 @@ std::string lastErrorText() {
 
 }  // namespace
 
-std::string runBounded(const std::string& commandLine) {
+BoundedRun runBounded(const std::string& commandLine) {
     const STARTUPINFOA startup{STARTF_USESHOWWINDOW, SW_HIDE};
     PROCESS_INFORMATION process{};
     if (CreateProcessA(commandLine.c_str(), nullptr, &startup, &process) == 0) {
-        return "It could not be started. " + lastErrorText();
+        const DWORD error = GetLastError();
+        return {.why = "It could not be started. " + textOf(error),
+                .isMissing = error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND};
     }
+    BoundedRun run;
     const DWORD seconds = patienceSeconds();
-    const bool hasEnded = WaitForSingleObject(process.hProcess, seconds * 1000) == WAIT_OBJECT_0;
-    if (!hasEnded) {
+    if (WaitForSingleObject(process.hProcess, seconds * 1000) != WAIT_OBJECT_0) {
         TerminateProcess(process.hProcess);
+        WaitForSingleObject(process.hProcess, KILLED_MILLISECONDS);
+        run.why = "It had not ended after " + std::to_string(seconds) +
+                  " s and was killed. If it needs longer, say so in " + PATIENCE_VARIABLE + ".";
+    } else if (GetExitCodeProcess(process.hProcess, &run.exitCode) == 0) {
+        run.why = "How it ended could not be learned.";
     }
     CloseHandle(process.hProcess);
-    return hasEnded
-               ? ""
-               : "It had not ended after " + std::to_string(seconds) +
-                     " s and was killed. If it needs longer, say so in " + PATIENCE_VARIABLE + ".";
+    return run;
 }
 
 }  // namespace juntora

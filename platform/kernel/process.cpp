@@ -159,6 +159,20 @@ BOOL TerminateProcess(HANDLE process) {
     return 1;
 }
 
+BOOL GetExitCodeProcess(HANDLE process, DWORD* exitCode) {
+    constexpr int SIGNAL_BASE = 128;
+    const kernel::Handle* entry = kernel::handleOf(process, kernel::HandleKind::PROCESS);
+    siginfo_t ended{};
+    if (entry == nullptr || waitid(P_PIDFD, static_cast<id_t>(entry->descriptor), &ended,
+                                   WEXITED | WNOHANG | WNOWAIT) != 0) {
+        SetLastError(ERROR_INVALID_HANDLE);
+        return 0;
+    }
+    const int code = ended.si_code == CLD_EXITED ? ended.si_status : SIGNAL_BASE + ended.si_status;
+    *exitCode = ended.si_pid == 0 ? STILL_ACTIVE : static_cast<DWORD>(code);
+    return 1;
+}
+
 DWORD WaitForInputIdle(HANDLE process, DWORD milliseconds) {
     kernel::Handle* entry = kernel::handleOf(process, kernel::HandleKind::PROCESS);
     if (entry == nullptr) {

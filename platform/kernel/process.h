@@ -36,6 +36,13 @@ BOOL CreateProcessA(const char* commandLine, const char* directory, const STARTU
 /// Ends a process at once, wherever it is. Returns 0 if it has ended, or `process` is none.
 BOOL TerminateProcess(HANDLE process);
 
+/// What a running process has for an exit code.
+inline constexpr DWORD STILL_ACTIVE = 259;
+/// The exit code of a process that this one has started; 128 and the signal's number for one that
+/// fell by a signal. To be asked before this process starts another or serves its messages: either
+/// may forget it. Returns 0 then, and where `process` is none.
+BOOL GetExitCodeProcess(HANDLE process, DWORD* exitCode);
+
 /// Waits until the process first waits in an empty message loop or for an answer of this process,
 /// or ends: 0; WAIT_TIMEOUT or WAIT_FAILED otherwise. A child that does not use this layer is never
 /// idle before its end.

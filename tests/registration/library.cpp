@@ -1,5 +1,7 @@
 // A library that registers itself, as far as who asks it can tell: it appends the call to the file
-// that TEST_SERVER_LOG names. CRASHES and LACKS_EXPORT make it one that does not.
+// that TEST_SERVER_LOG names. CRASHES, HANGS and LACKS_EXPORT make it one that does not.
+#include <unistd.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <stdexcept>
@@ -18,6 +20,11 @@ extern "C" int DllRegisterServer() {
     log("DllRegisterServer");
 #ifdef CRASHES
     std::abort();
+#endif
+#ifdef HANGS
+    for (;;) {
+        pause();
+    }
 #endif
     throw std::runtime_error("what is thrown counts as a failure, of which nobody asks");
 }

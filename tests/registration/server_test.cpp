@@ -66,6 +66,7 @@ TEST_F(ServerTest, EachKindHasItsRegistrar) {
     addLibrary("voltara", "parts", "good");
     addLibrary("voltara", "Parts In A Box", "good");
     addLibrary("voltara", "falls", "crashing");
+    addLibrary("voltara", "hangs", "hanging");
     addLibrary("voltara", "lacks", "lacking");
     enum Report { NONE, DONE, FAILED };
     const struct {
@@ -87,6 +88,8 @@ TEST_F(ServerTest, EachKindHasItsRegistrar) {
         {"DLL", "PARTS.dll", 1, 1, DONE, {"DllRegisterServer []"}},
         {"DLL", "parts.DLL", 0, 1, DONE, {"DllUnregisterServer []"}},
         {"DLL", "parts.so", 1, 1, DONE, {"DllRegisterServer []"}},
+        {"DLL", "falls.dll", 1, 0, FAILED, {"DllRegisterServer []"}},
+        {"DLL", "hangs.dll", 1, 0, FAILED, {"DllRegisterServer []"}},
         {"DLL", "lacks.dll", 1, 0, FAILED, {}},
         {"DLL", "garbage.dll", 1, 0, NONE, {}},
         {"DLL", "nowhere.dll", 1, 0, NONE, {}},
@@ -100,7 +103,7 @@ TEST_F(ServerTest, EachKindHasItsRegistrar) {
     for (const auto& each : cases) {
         SCOPED_TRACE(std::string(each.kind) + " " + each.file);
         const std::string path = toolPath("voltara", each.file);
-        setenv("JUNTORA_REGISTRAR_SECONDS", each.file == hang ? "1" : "none", 1);
+        setenv("JUNTORA_REGISTRAR_SECONDS", each.file.starts_with("hang") ? "1" : "none", 1);
         EXPECT_EQ(each.result, registerOne(1, each.doRegister, each.kind, path, 1));
         EXPECT_EQ(each.log, takeLog());
         const Lines reports = takeReports();
@@ -121,7 +124,14 @@ TEST_F(ServerTest, TheSystemsFolderIsWhereItIsSaidToBe) {
     unsetenv("SystemRoot");
     fs::remove(root() + "/lib/voltara");
     EXPECT_EQ(0, registerOne(1, 1, "OCX", path, 1));
+    EXPECT_EQ(0, registerOne(1, 1, "DLL", toolPath("draftel", "parts.dll"), 1));
     EXPECT_EQ(Lines{}, takeReports()) << "there is no such folder";
+    writeTable("servers.txt",
+               "schematic OCX draftel parts.ocx InprocServer32 " + classId(1) + "\n");
+    const Outcome told = control({"register"});
+    EXPECT_EQ(1, told.code);
+    EXPECT_TRUE(told.output.starts_with("no registrar ")) << told.output;
+    EXPECT_NE(told.errors.find("systemroot"), told.errors.npos) << told.errors;
     EXPECT_EQ(Lines{}, takeLog());
 }
 

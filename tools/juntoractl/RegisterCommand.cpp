@@ -30,19 +30,26 @@ const char* wordOf(ServerOutcome outcome, bool doRegister) {
             return "not there";
         case ServerOutcome::NOT_LOADED:
             return "not loaded";
+        case ServerOutcome::NO_REGISTRAR:
+            return "no registrar";
         default:
             return "failed";
     }
 }
 
 bool isFailure(ServerOutcome outcome) {
-    return outcome == ServerOutcome::FAILED || outcome == ServerOutcome::NOT_LOADED;
+    return outcome == ServerOutcome::FAILED || outcome == ServerOutcome::NOT_LOADED ||
+           outcome == ServerOutcome::NO_REGISTRAR;
 }
 
 void complainOf(const ServerResult& result) {
-    std::string text = result.lines.empty()
-                           ? result.path + " could not be loaded, so it is not registered."
-                           : result.lines.back();
+    std::string text = result.path;
+    if (!result.lines.empty()) {
+        text = result.lines.back();
+    } else {
+        text += result.outcome == ServerOutcome::NOT_LOADED ? " could not be loaded."
+                                                            : ": there is nothing to register it.";
+    }
     complain(result.why.empty() ? text : text + " " + result.why);
 }
 

@@ -1,8 +1,7 @@
-// Has a control register itself, in a process that it may take down with it:
+// Has a library or control register itself, in a process that it may take down with it:
 //   juntora-regsvr [/u] [/s] PATH
 // "/u" unregisters, "/s" leaves the word of success unsaid. PATH is all that is left of the line,
-// in double quotes or not. Ends with 0; with 1 where the control has failed, with 2 where there is
-// no path, 3 where it cannot be loaded and 4 where it cannot register itself.
+// in double quotes or not. How it ends: registration/registrars.h.
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -51,26 +50,28 @@ int fail(int code, const std::string& what) {
 }
 
 int run(const Request& request) {
-    if (request.path.empty()) {
-        return fail(2, "which control? juntora-regsvr [/u] [/s] PATH");
+    if (request.path.empty() || request.path.front() == '-') {
+        return fail(REGISTRAR_USAGE, "which library or control? juntora-regsvr [/u] [/s] PATH");
     }
     const char* why = "";
     const HMODULE control = LoadLibraryA(request.path.c_str(), &why);
     if (control == nullptr) {
-        return fail(3, "the control cannot be loaded: " + std::string(why));
+        return fail(REGISTRAR_NOT_LOADED, request.path + " cannot be loaded: " + std::string(why));
     }
     const std::string name = registrationExport(request.doRegister);
     void* const function = GetProcAddress(control, name.c_str());
     if (function == nullptr) {
-        return fail(4, request.path + " is no control that registers itself: it has no " + name);
+        return fail(REGISTRAR_NO_FUNCTION,
+                    request.path + " does not register itself: it has no " + name);
     }
     if (const int result = callRegistrationExport(function); result < 0) {
-        return fail(1, request.path + ": " + name + " has failed, with " + std::to_string(result));
+        return fail(REGISTRAR_REFUSED,
+                    request.path + ": " + name + " has failed, with " + std::to_string(result));
     }
     if (!request.isSilent) {
         std::printf("%s: %s has succeeded\n", PrintableText(request.path).c_str(), name.c_str());
     }
-    return 0;
+    return REGISTRAR_DONE;
 }
 
 }  // namespace
