@@ -14,11 +14,6 @@ constexpr char DDE[] = "dde";
 
 std::string orNothing(const std::string& word) { return word == NOTHING ? "" : word; }
 
-/// Names become parts of keys, of files and of command lines.
-bool isName(std::string_view text) {
-    return !text.empty() && text.find_first_of("/\\\":%") == text.npos && text != "..";
-}
-
 bool isExtension(std::string_view text) {
     constexpr std::string_view LETTERS =
         "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_+-";
@@ -33,14 +28,14 @@ bool isNumber(std::string_view text) {
 std::string problemOf(const AssociationRow& row) {
     const bool hasExtension = row.kind != AssociationKind::CLASS;
     const bool hasProgram = row.kind == AssociationKind::CLASS || row.kind == AssociationKind::TYPE;
-    if (!isName(row.name)) {
+    if (!isPlainName(row.name)) {
         return "\"" + row.name + "\" is no name of a class";
     }
     if (hasExtension && !isExtension(row.extension)) {
         return "\"" + row.extension + "\" is no extension: one is a dot, and letters and digits";
     }
-    if (hasProgram && (!isName(row.program) || !isName(row.toolDir))) {
-        return "the program and its tool folder are names without separators";
+    if (hasProgram && (!isPlainName(row.program) || !isPlainName(row.toolDir))) {
+        return "the program and its tool folder are names without separators, quotes and \"%\"";
     }
     if (!row.icon.empty() && !isNumber(row.icon)) {
         return "\"" + row.icon + "\" is no number of an icon";

@@ -61,6 +61,11 @@ bool readLines(std::string_view text, const std::string& file, const TakeLine& t
 
 }  // namespace
 
+bool isPlainName(std::string_view word) {
+    return !word.empty() && word != "." && word != ".." &&
+           word.find_first_of("/\\\":%") == word.npos;
+}
+
 std::string splitDataLine(std::string_view line, Words* words) {
     for (;;) {
         line.remove_prefix(std::min(line.find_first_not_of(BLANKS), line.size()));

@@ -22,6 +22,10 @@ using TakeLine = std::function<std::string(const Words&)>;
 /// out. False if anything was.
 bool readDataFile(const char* name, const TakeLine& take);
 
+/// Whether a word can be the name of a file, a folder or a class: it becomes part of paths, of keys
+/// and of command lines.
+bool isPlainName(std::string_view word);
+
 /// Cuts a line into its words, none for an empty line. Returns what is wrong with it, empty for
 /// nothing.
 std::string splitDataLine(std::string_view line, Words* words);

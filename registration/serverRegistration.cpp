@@ -56,6 +56,11 @@ ServerResult runServer(bool force, bool doRegister, const std::string& kind,
         isRegisteredAt(classId.c_str(), serverKey.c_str(), path.c_str()) != 0) {
         return {ServerOutcome::IN_ORDER, path};
     }
+    if (path.find('"') != path.npos) {
+        return resultOf(
+            {ServerOutcome::FAILED, "A double quote in a path would have another program started."},
+            path);
+    }
     return resultOf(runRegistrar(kind, path, doRegister, exitFunctions), path);
 }
 

@@ -28,8 +28,8 @@ struct ServerResult {
 
 /// Registers (`doRegister` non-zero) or unregisters the server at `path`, as its kind has it. With
 /// `force` zero, one that is registered at that path already is left in order. A path with "_g" in
-/// it and a kind that is none of the three ("DLL", "OCX", "EXE", exactly) are passed over. Each
-/// registrar that ran, or failed to, is reported.
+/// it and a kind that is none of the three ("DLL", "OCX", "EXE", exactly) are passed over; one with
+/// a double quote in it fails. Each registrar that ran, or failed to, is reported.
 ServerResult runServer(bool force, bool doRegister, const std::string& kind,
                        const std::string& path, const std::string& classId,
                        const std::string& serverKey, void* exitFunctions);

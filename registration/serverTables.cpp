@@ -19,18 +19,14 @@ struct Kind {
 constexpr Kind KINDS[] = {
     {"DLL", "InprocServer32"}, {"OCX", "InprocServer32"}, {"EXE", "LocalServer32"}};
 
-bool isName(const std::string& text) {
-    return !text.empty() && text != "." && text != ".." && text.find_first_of("/\\:") == text.npos;
-}
-
 std::string problemOf(const ServerRow& row) {
     const Kind* kind =
         std::ranges::find_if(KINDS, [&](const Kind& each) { return row.kind == each.name; });
     if (kind == std::end(KINDS)) {
         return "\"" + row.kind + "\" is no kind of server: DLL, OCX and EXE are";
     }
-    if (!isName(row.toolDir) || !isName(row.fileName)) {
-        return "the tool's folder and the file are names without separators";
+    if (!isPlainName(row.toolDir) || !isPlainName(row.fileName)) {
+        return "the tool's folder and the file are names without separators, quotes and \"%\"";
     }
     if (row.serverKey != kind->serverKey) {
         return "the path of a server of the kind " + row.kind + " stands in " + kind->serverKey;

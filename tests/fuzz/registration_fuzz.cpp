@@ -7,7 +7,9 @@
 
 using namespace juntora;
 
-static bool hasSeparator(const std::string& text) { return text.find_first_of("/\\") != text.npos; }
+static bool hasSeparator(const std::string& text) {
+    return text.find_first_of("/\\\"") != text.npos;
+}
 
 static void checkServers(const Words& words) {
     ServerTables tables;

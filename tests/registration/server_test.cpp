@@ -83,6 +83,7 @@ TEST_F(ServerTest, EachKindHasItsRegistrar) {
         {"EXE", hang, 1, 0, FAILED, {"hang /regserver []"}},
         {"EXE", "plain.exe", 1, 0, FAILED, {}},
         {"EXE", "nowhere.exe", 1, 0, NONE, {}},
+        {"EXE", good + "\" \"", 1, 0, FAILED, {}},
         {"exe", good, 1, 0, NONE, {}},
         {"", good, 1, 0, NONE, {}},
         {"DLL", "PARTS.dll", 1, 1, DONE, {"DllRegisterServer []"}},

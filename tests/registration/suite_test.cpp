@@ -205,6 +205,7 @@ TEST_F(SuiteTest, WrongTablesAreToldByFileAndLine) {
                                  "simulation exe voltara x.exe LocalServer32 " + id,
                                  "simulation EXE ../bin x.exe LocalServer32 " + id,
                                  "simulation EXE voltara \"\" LocalServer32 " + id,
+                                 "simulation EXE voltara \"x.exe\"\" \"\"y\" LocalServer32 " + id,
                                  "simulation EXE voltara x.exe InprocServer32 " + id,
                                  "simulation EXE voltara x.exe LocalServer32 {" + id + "}",
                                  "simulation EXE voltara \"x.exe LocalServer32 " + id,
