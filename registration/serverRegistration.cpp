@@ -1,7 +1,6 @@
 #include "registration/serverRegistration.h"
 
 #include <optional>
-#include <utility>
 
 #include "common/PerUserRegistration.h"
 #include "messages/messageFamily.h"
@@ -17,15 +16,32 @@ constexpr unsigned long FAILED_MESSAGE = 11078;
 
 bool isPassedOver(const std::string& path) { return path.find("_g") != path.npos; }
 
-ServerResult resultOf(RegistrarResult ran, const std::string& path) {
-    ServerResult result{ran.outcome, path, {}, std::move(ran.why)};
-    if (ran.outcome == ServerOutcome::DONE || ran.outcome == ServerOutcome::FAILED) {
-        // The path alone where the catalogue is missing, which has been told by then.
-        std::string line = path;
-        getMessageText(&line, MODULE,
-                       ran.outcome == ServerOutcome::DONE ? DONE_MESSAGE : FAILED_MESSAGE,
-                       classScope().word, path.c_str());
-        result.lines.push_back(line);
+/// The path alone where the catalogue is missing, which has been told by then.
+std::string reportLine(unsigned long message, const std::string& path) {
+    std::string line = path;
+    getMessageText(&line, MODULE, message, classScope().word, path.c_str());
+    return line;
+}
+
+ServerResult resultOf(const RegistrarResult& ran, const std::string& path) {
+    ServerResult result{ran.outcome, path};
+    const std::string why = ran.why.empty() ? "" : " " + ran.why;
+    switch (ran.outcome) {
+        case ServerOutcome::DONE:
+            result.lines.push_back(reportLine(DONE_MESSAGE, path));
+            break;
+        case ServerOutcome::FAILED:
+            result.lines.push_back(reportLine(FAILED_MESSAGE, path));
+            result.failures.push_back(result.lines.back() + why);
+            break;
+        case ServerOutcome::NOT_LOADED:
+            result.failures.push_back(path + " could not be loaded." + why);
+            break;
+        case ServerOutcome::NO_REGISTRAR:
+            result.failures.push_back(path + ": there is nothing to register it." + why);
+            break;
+        default:
+            break;
     }
     return result;
 }

@@ -18,8 +18,8 @@ using ReportFn = void (*)(const char* line);
 struct ServerResult {
     ServerOutcome outcome;
     std::string path;
-    std::vector<std::string> lines{};  ///< What is reported.
-    std::string why{};                 ///< As the registrar has it.
+    std::vector<std::string> lines{};     ///< What is reported.
+    std::vector<std::string> failures{};  ///< What went wrong, for a person, a line each.
 
     bool isSuccess() const {
         return outcome == ServerOutcome::DONE || outcome == ServerOutcome::IN_ORDER;

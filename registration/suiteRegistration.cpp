@@ -1,5 +1,7 @@
 #include "registration/suiteRegistration.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string>
 #include <string_view>
 
@@ -73,9 +75,14 @@ public:
         if (m_tree.development.empty() || result.isSuccess()) {
             return result;
         }
-        ServerResult second = runIn(m_tree.installedFolder(row.toolDir), row);
-        second.lines.insert(second.lines.begin(), result.lines.begin(), result.lines.end());
-        return second;
+        const ServerResult second = runIn(m_tree.installedFolder(row.toolDir), row);
+        if (second.outcome != ServerOutcome::NOT_FOUND) {
+            result.outcome = second.outcome;
+            result.path = second.path;
+        }
+        std::ranges::copy(second.lines, std::back_inserter(result.lines));
+        std::ranges::copy(second.failures, std::back_inserter(result.failures));
+        return result;
     }
 
 private:

@@ -27,7 +27,8 @@ int registerServerList(int force, int doRegister, const ServerRow* rows, int cou
                        void* exitFunctions);
 
 /// Is told of each row twice: before it, with null, and behind it. Where two places were tried,
-/// that is the result of the second, with the lines of both.
+/// that is the result of the second, or of the first if the second is not there, with the lines and
+/// failures of both.
 using ServerWatch = std::function<void(const ServerRow& row, const ServerResult* result)>;
 
 /// What both are made of.

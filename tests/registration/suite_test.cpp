@@ -194,6 +194,18 @@ TEST_F(SuiteTest, InADevelopmentTreeItsProgramsComeFirst) {
     };
     EXPECT_EQ((Lines{"wint", "voltara"}), folders(root()));
     EXPECT_EQ((Lines{"voltara", "voltara"}), folders(root() + "/lib")) << "another tree";
+
+    fs::remove(root() + "/tools/voltara/good-" + classId(1));
+    fs::remove(folder + "/good-" + classId(1));
+    std::ofstream(folder + "/good-" + classId(1)) << "may not be run";
+    ChildProcess process(folder + "/juntoractl", {"register", "--force"},
+                         {{"BINROOTDIR=" + root()}, "", true});
+    const std::string output = process.readAll();
+    EXPECT_EQ(1, process.wait()) << output;
+    EXPECT_TRUE(output.starts_with("failed ")) << output;
+    const std::string errors = process.errors();
+    EXPECT_NE(errors.find("\\wint\\" + both), errors.npos) << errors;
+    EXPECT_NE(errors.find(" It could not be started. "), errors.npos) << errors;
 }
 
 TEST_F(SuiteTest, WrongTablesAreToldByFileAndLine) {

@@ -42,17 +42,6 @@ bool isFailure(ServerOutcome outcome) {
            outcome == ServerOutcome::NO_REGISTRAR;
 }
 
-void complainOf(const ServerResult& result) {
-    std::string text = result.path;
-    if (!result.lines.empty()) {
-        text = result.lines.back();
-    } else {
-        text += result.outcome == ServerOutcome::NOT_LOADED ? " could not be loaded."
-                                                            : ": there is nothing to register it.";
-    }
-    complain(result.why.empty() ? text : text + " " + result.why);
-}
-
 /// A line for each server as it comes.
 class Listing {
 public:
@@ -66,10 +55,10 @@ public:
         ++m_done;
         m_bar.clear();
         print(row, *result);
-        if (isFailure(result->outcome)) {
-            m_hasFailed = true;
-            complainOf(*result);
+        for (const std::string& failure : result->failures) {
+            complain(failure);
         }
+        m_hasFailed = m_hasFailed || isFailure(result->outcome);
     }
     bool hasFailed() const { return m_hasFailed; }
 
@@ -87,7 +76,7 @@ private:
                    {"scope", classScope().word},
                    {"result", word},
                    {"lines", result.lines},
-                   {"why", result.why}});
+                   {"failures", result.failures}});
     }
 
     const Options& m_options;
