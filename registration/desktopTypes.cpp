@@ -97,23 +97,29 @@ public:
             tell(DeleteFileA(file.c_str()), file, "removed");
         }
     }
-    /// Has the desktop's program make its index of the folder, where it is installed.
-    void update(const char* program, const std::string& folder) const {
-        if (m_hasChanged) {
-            runBounded(std::string(program) + " \"" + folder + '"');
+    /// Has the desktop's program, where it is installed, make its index of the files in `files`.
+    /// Whether they have changed does not matter: a run that was killed may have changed them.
+    void update(const char* program, const std::string& folder, const std::string& files) {
+        if (!isThere(files)) {
+            return;
+        }
+        const BoundedRun run = runBounded(std::string(program) + " \"" + folder + '"');
+        const std::string problem = std::string(program) + " has failed for " + folder + ". ";
+        if (!run.why.empty() && !run.isMissing) {
+            m_problems.push_back(problem + run.why);
+        } else if (run.exitCode != 0) {
+            m_problems.push_back(problem + "It ended with " + std::to_string(run.exitCode) + ".");
         }
     }
     std::vector<std::string> problems() const { return m_problems; }
 
 private:
     void tell(bool isDone, const std::string& file, const char* what) {
-        m_hasChanged = m_hasChanged || isDone;
         if (!isDone) {
             m_problems.push_back(file + " could not be " + what + ". See to the rights of it.");
         }
     }
 
-    bool m_hasChanged = false;
     std::vector<std::string> m_problems;
 };
 
@@ -147,7 +153,7 @@ std::vector<std::string> changeEntries(const std::string& folder,
     for (const auto& [file, type] : wanted) {
         changes.write(file, desktopEntryText(*type));
     }
-    changes.update("update-desktop-database", folder);
+    changes.update("update-desktop-database", folder, folder);
     return changes.problems();
 }
 
@@ -159,7 +165,7 @@ std::vector<std::string> changePackage(const Places& places,
     } else {
         changes.write(places.packages + PACKAGE, mimePackageText(types));
     }
-    changes.update("update-mime-database", places.mime);
+    changes.update("update-mime-database", places.mime, places.packages);
     return changes.problems();
 }
 
@@ -173,7 +179,9 @@ std::vector<DesktopType> desktopTypes(const std::vector<AssociationRow>& rows) {
         if (!row.program.empty()) {
             openers[row.className()] = &row;
         }
-        if (!row.extension.empty() && row.kind != AssociationKind::SYSTEM) {
+        if (row.kind == AssociationKind::SYSTEM) {
+            classes.erase(row.extension);
+        } else if (!row.extension.empty()) {
             classes[row.extension] = &row;
         }
     }
@@ -191,6 +199,9 @@ std::vector<DesktopType> desktopTypes(const std::vector<AssociationRow>& rows) {
 
 std::vector<std::string> writeDesktopTypes(const std::vector<DesktopType>& types) {
     const std::string data = kernel::userDataFolder();
+    if (data.empty() && types.empty()) {
+        return {};
+    }
     if (data.empty()) {
         return {"The desktop learns of no document types: there is no place for them. Set HOME."};
     }

@@ -4,8 +4,8 @@
 //   mime/packages/voltara-documents.xml
 //   applications/voltara-EXTENSION.desktop
 // Files of these names that somebody else has written are left alone. Each file is whole at any
-// time. Where a file has changed, the desktop's own programs are run that make its indices of them;
-// nobody waits longer for these than for a server (boundedRun.h).
+// time. The desktop's own programs are run each time, where they are installed, that make its
+// indices of them; nobody waits longer for these than for a server (boundedRun.h).
 #pragma once
 
 #include <string>

@@ -143,10 +143,34 @@ TEST_F(TablesTest, TheDesktopOpensDocumentsByTheirTools) {
     if (fs::exists("/usr/bin/update-mime-database")) {
         EXPECT_NE(content(data() + "mime/globs2").find("*.opj"), std::string::npos);
     }
+    // A run that was killed has written its files, and made no index of them.
+    fs::remove(data() + "mime/globs2");
+    control({"associations"});
+    EXPECT_EQ(fs::exists("/usr/bin/update-mime-database"), fs::exists(data() + "mime/globs2"));
+    fs::create_directories(root() + "/bin");
+    std::ofstream(root() + "/bin/update-mime-database") << "#!/bin/sh\nexit 3\n";
+    fs::permissions(root() + "/bin/update-mime-database", fs::perms::owner_all);
+    const Outcome failing =
+        control({"associations"}, {"PATH=" + root() + "/bin:" + std::getenv("PATH")});
+    EXPECT_EQ(1, failing.code);
+    EXPECT_NE(failing.errors.find("update-mime-database has failed"), std::string::npos)
+        << failing.errors;
     EXPECT_EQ(0, control({"associations", "--remove"}).code);
     EXPECT_FALSE(fs::exists(package));
     EXPECT_FALSE(fs::exists(data() + "applications/voltara-opj.desktop"));
     EXPECT_EQ("[Desktop Entry]\nName=Mine\n", content(foreign));
+}
+
+TEST_F(TablesTest, TheLastWordOnAnExtensionCounts) {
+    AssociationTable table;
+    const Words own{"type", "A", ".a", "A's", "a.exe", "voltara", "1"};
+    const Words system{"system", ".a", "txtfile"};
+    for (const Words& line : {own, system}) {
+        ASSERT_EQ("", addAssociationRow(line, &table));
+    }
+    EXPECT_TRUE(desktopTypes(table.rows).empty()) << "the system has it back";
+    ASSERT_EQ("", addAssociationRow(own, &table));
+    EXPECT_EQ(1U, desktopTypes(table.rows).size());
 }
 
 TEST_F(TablesTest, NamesOfProgramsAreQuotedForTheDesktop) {
