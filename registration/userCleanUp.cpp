@@ -56,26 +56,34 @@ CleanUpTable readCleanUp() {
     return table;
 }
 
-std::vector<std::string> presentKeys(const CleanUpTable& table) {
-    std::vector<std::string> present;
+DWORD findPresentKeys(const CleanUpTable& table, std::vector<std::string>* present) {
+    present->clear();
     std::set<std::string> seen;
     for (const std::string& path : table.keys()) {
+        if (!seen.insert(path).second) {
+            continue;
+        }
         HKEY key{};
-        if (seen.insert(path).second && RegOpenKeyExA(HKEY_CURRENT_USER, path.c_str(),
-                                                      KEY_QUERY_VALUE, &key) == ERROR_SUCCESS) {
+        const DWORD error = RegOpenKeyExA(HKEY_CURRENT_USER, path.c_str(), KEY_QUERY_VALUE, &key);
+        if (error == ERROR_SUCCESS) {
             RegCloseKey(key);
-            present.push_back(path);
+            present->push_back(path);
+        } else if (error != ERROR_FILE_NOT_FOUND) {
+            return error;
         }
     }
-    return present;
+    return ERROR_SUCCESS;
+}
+
+void deleteKeys(const CleanUpTable& table) {
+    for (const std::string& key : table.keys()) {
+        deleteKeyTree(HKEY_CURRENT_USER, key.c_str());
+    }
 }
 
 int cleanUserRegistrations() {
-    if (!IsUserAdministrator()) {
-        return 1;
-    }
-    for (const std::string& key : readCleanUp().keys()) {
-        deleteKeyTree(HKEY_CURRENT_USER, key.c_str());
+    if (IsUserAdministrator()) {
+        deleteKeys(readCleanUp());
     }
     return 1;
 }

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/types.h"
 #include "registration/dataFile.h"
 
 namespace juntora {
@@ -30,7 +31,10 @@ std::string addCleanUpLine(const Words& words, CleanUpTable* table);
 /// Reads the file, anew at each call. What is wrong with it is told as readDataFile does.
 CleanUpTable readCleanUp();
 
-/// Those keys of the table that are there, each once.
-std::vector<std::string> presentKeys(const CleanUpTable& table);
+/// Those keys of the table that are there, each once. ERROR_SUCCESS, or why it cannot be told.
+DWORD findPresentKeys(const CleanUpTable& table, std::vector<std::string>* present);
+
+/// Deletes all keys of the table, whoever the user is. Failures are passed over.
+void deleteKeys(const CleanUpTable& table);
 
 }  // namespace juntora

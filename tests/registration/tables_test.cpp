@@ -231,6 +231,19 @@ TEST_F(TablesTest, AnAdministratorsOwnClassesAreCleaned) {
     EXPECT_EQ(before, dump());
     EXPECT_EQ(1, cleanUserRegistrations()) << "what is not there is no failure";
     EXPECT_EQ(before, dump());
+
+    writeTable("cleanup.txt", "wrong\n");
+    const Lines own{"JUNTORA_ROOT=" + root()};
+    const std::string told = control({"clean"}, own).errors;
+    EXPECT_EQ(1, std::count(told.begin(), told.end(), '\n')) << told;
+    writeTable("cleanup.txt", "name A.B\n");
+    EXPECT_EQ(0, control({"clean"}, own).code);
+    const std::string hive = sandbox().runtimeFolder() + "/registry/user.db";
+    chmod(hive.c_str(), 0622);
+    const Outcome closed = control({"clean"}, own);
+    chmod(hive.c_str(), 0600);
+    EXPECT_EQ(1, closed.code) << "nobody can tell what is there";
+    EXPECT_NE(closed.errors.find("HKCU: "), std::string::npos) << closed.errors;
 }
 
 TEST_F(TablesTest, WrongLinesAreLeftOut) {

@@ -6,6 +6,7 @@
 #include "tools/juntoractl/CommandLine.h"
 #include "tools/juntoractl/ExitCode.h"
 #include "tools/juntoractl/Output.h"
+#include "tools/juntoractl/RegistryKey.h"
 
 namespace juntora {
 namespace {
@@ -31,11 +32,19 @@ int run(const Options& options) {
         return EXIT_CODE_REFUSED;
     }
     const CleanUpTable table = readCleanUp();
-    const std::vector<std::string> before = presentKeys(table);
-    if (!options.isDry) {
-        cleanUserRegistrations();
+    std::vector<std::string> before;
+    std::vector<std::string> after;
+    DWORD error = findPresentKeys(table, &before);
+    if (error == ERROR_SUCCESS) {
+        if (!options.isDry) {
+            deleteKeys(table);
+        }
+        error = findPresentKeys(table, &after);
     }
-    const std::vector<std::string> after = presentKeys(table);
+    if (error != ERROR_SUCCESS) {
+        complain("HKCU: " + registryErrorText(error));
+        return EXIT_CODE_REFUSED;
+    }
     for (const std::string& key : before) {
         const bool isThere = std::ranges::find(after, key) != after.end();
         print(options, key, isThere);
