@@ -12,8 +12,9 @@ struct ServerRow {
     std::string serverKey;  ///< The class key's subkey that names the server's path.
     std::string classId;    ///< 36 hexadecimal digits and dashes, no braces.
 
-    /// The program has no unregistration of its own and would stay up when started for one.
-    bool isResident = false;
+    /// Of a program that has no unregistration of its own and would stay up when started for one:
+    /// the programmatic name of its class. Empty for all others.
+    std::string residentName{};
 };
 
 }  // namespace juntora

@@ -1,7 +1,5 @@
 #include "registration/serverRegistration.h"
 
-#include <optional>
-
 #include "common/PerUserRegistration.h"
 #include "messages/messageFamily.h"
 #include "platform/automation/registration.h"
@@ -44,6 +42,24 @@ ServerResult resultOf(const RegistrarResult& ran, const std::string& path) {
             break;
     }
     return result;
+}
+
+/// Whatever is left of the class: a program that was killed may have written any part of it.
+ServerOutcome takeOut(const ClassRegistration& registration) {
+    bool wasThere = false;
+    bool isReadable = true;
+    for (const std::string& name :
+         {"CLSID\\" + TextOfGuid(registration.classId), registration.programId}) {
+        HKEY key{};
+        const DWORD error = RegOpenKeyExA(HKEY_CLASSES_ROOT, name.c_str(), KEY_QUERY_VALUE, &key);
+        RegCloseKey(key);
+        wasThere = wasThere || error == ERROR_SUCCESS;
+        isReadable = isReadable && (error == ERROR_SUCCESS || error == ERROR_FILE_NOT_FOUND);
+    }
+    if (!UnregisterClassOf(registration) || !isReadable) {
+        return ServerOutcome::FAILED;
+    }
+    return wasThere ? ServerOutcome::DONE : ServerOutcome::IN_ORDER;
 }
 
 RegistrarResult runRegistrar(const std::string& kind, const std::string& path, bool doRegister,
@@ -92,16 +108,11 @@ ServerResult unregisterResident(const ServerRow& row, const std::string& path) {
     if (isPassedOver(path)) {
         return {ServerOutcome::PASSED_OVER, path};
     }
-    const std::optional<GUID> classId = GuidOfText("{" + row.classId + "}");
-    std::string programId;
-    ReadRegistryText(classScope().root, classKeyOf(row.classId) + "\\ProgID", nullptr, &programId);
-    if (!classId || programId.empty()) {
-        return {ServerOutcome::IN_ORDER, path};
-    }
     PerUserRegistrationOn();
-    const bool isDone = UnregisterClassOf({*classId, programId, path});
+    const ServerOutcome outcome =
+        takeOut({GuidOfText("{" + row.classId + "}").value_or(GUID{}), row.residentName, path});
     PerUserRegistrationOff();
-    return resultOf({isDone ? ServerOutcome::DONE : ServerOutcome::FAILED}, path);
+    return resultOf({outcome}, path);
 }
 
 int registerServer(int force, int doRegister, const char* kind, const char* path,

@@ -40,12 +40,14 @@ std::string problemOf(const ServerRow& row) {
 }  // namespace
 
 std::string addServerRow(const Words& words, ServerTables* tables) {
-    const bool isResident = words.size() == LEAST_WORDS + 1 && words.back() == RESIDENT;
+    const bool isResident = words.size() == LEAST_WORDS + 2 && words[LEAST_WORDS] == RESIDENT &&
+                            isPlainName(words.back());
     if (words.size() != LEAST_WORDS && !isResident) {
         return "a server has six words: group, kind, tool folder, file, server key and class "
-               "identifier; \"resident\" may follow";
+               "identifier; \"resident\" and the name of its class may follow";
     }
-    const ServerRow row{words[1], words[2], words[3], words[4], words[5], isResident};
+    const ServerRow row{words[1], words[2], words[3],
+                        words[4], words[5], isResident ? words.back() : ""};
     if (std::string problem = problemOf(row); !problem.empty()) {
         return problem;
     }

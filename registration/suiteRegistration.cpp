@@ -88,7 +88,7 @@ public:
 private:
     ServerResult runIn(const std::string& folder, const ServerRow& row) const {
         const std::string path = folder + row.fileName;
-        return row.isResident && !m_doRegister
+        return !row.residentName.empty() && !m_doRegister
                    ? unregisterResident(row, path)
                    : runServer(m_force, m_doRegister, row.kind, path, row.classId, row.serverKey,
                                m_exitFunctions);

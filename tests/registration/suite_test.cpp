@@ -89,10 +89,34 @@ TEST_F(SuiteTest, TheSuiteComesAndGoes) {
         EXPECT_EQ(expected, results({"--unregister"}, 0, environment));
         EXPECT_EQ(before, dump());
         EXPECT_EQ(3, control({"apps"}).code) << "no hub has come up for it";
+        // What a hub leaves that was killed while it registered.
+        for (const std::string left : {"\\CLSID\\{6C1E2F50-3B7A-4D0C-9A41-527E0BC48D16}\\x",
+                                       "\\Voltara.JuntoraLibraryStatus.16.6.0"}) {
+            std::string key = root;
+            key.append("\\Software\\Classes").append(left);
+            ASSERT_EQ(0, control({"registry", "set", key, "x", "y"}).code);
+            EXPECT_EQ(expected, results({"--unregister"}, 0, environment));
+            EXPECT_EQ(before, dump());
+        }
         expected[10] = "not registered";
         EXPECT_EQ(expected, results({"--unregister"}, 0, environment)) << "once more";
         EXPECT_EQ(before, dump());
     }
+}
+
+TEST_F(SuiteTest, AResidentServerGoesFromWhereItWasRegistered) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "the machine's registry is written";
+    }
+    useBuild();
+    ASSERT_EQ(0, control({"registry", "set", "HKLM\\Software\\Classes\\CLSID", "x", "y"}).code);
+    const std::string before = dump();
+    const Lines environment{ORDINARY, "TARVEX_REGISTER_IN_HKLM=1"};
+    EXPECT_EQ("registered", results({}, 0, environment)[10]);
+    EXPECT_NE(control({"registry", "list", "HKLM"}).output.find("JuntoraLibraryStatus"),
+              std::string::npos);
+    EXPECT_EQ("unregistered", results({"--unregister"}, 0, environment)[10]);
+    EXPECT_EQ(before, dump());
 }
 
 TEST_F(SuiteTest, AServerThatFailsCostsALine) {
@@ -224,6 +248,7 @@ TEST_F(SuiteTest, WrongTablesAreToldByFileAndLine) {
                                  "simulation EXE voltara \"x\"y LocalServer32 " + id,
                                  "simulation EXE voltara x\x01 LocalServer32 " + id,
                                  "simulation EXE voltara x\xff LocalServer32 " + id,
+                                 right + " resident",
                                  right + " for ever"};
     std::string table = "# comment\r\n\n  " + right + "  # and more\n";
     for (const std::string& line : wrong) {
