@@ -35,6 +35,17 @@ bool leadToOneFile(const std::string& path, const std::string& value) {
     return areSame(fullPath(path), fullPath(value)) || areSame(ownPath(path), ownPath(value));
 }
 
+ClassPlace placeOf(HKEY root, const std::string& name, const char* serverKey, const char* path) {
+    HKEY classKey{};
+    const DWORD error = RegOpenKeyExA(root, name.c_str(), KEY_QUERY_VALUE, &classKey);
+    if (error != ERROR_SUCCESS) {
+        return error == ERROR_FILE_NOT_FOUND ? ClassPlace::NOWHERE : ClassPlace::UNREADABLE;
+    }
+    const std::string value = readServerPath(classKey, serverKey);
+    RegCloseKey(classKey);
+    return leadToOneFile(path, value) ? ClassPlace::HERE : ClassPlace::ELSEWHERE;
+}
+
 }  // namespace
 
 ClassScope classScope() {
@@ -47,17 +58,19 @@ std::string classKeyOf(const std::string& classId) { return CLASSES + classId + 
 int isRegisteredAt(const char* classId, const char* serverKey, const char* path) {
     const HKEY root = classScope().root;
     const std::string name = classKeyOf(classId);
-    HKEY classKey{};
-    if (RegOpenKeyExA(root, name.c_str(), KEY_QUERY_VALUE, &classKey) != ERROR_SUCCESS) {
-        return 0;
+    const ClassPlace place = placeOf(root, name, serverKey, path);
+    if (place == ClassPlace::ELSEWHERE) {
+        deleteKeyTree(root, name.c_str());
     }
-    const std::string value = readServerPath(classKey, serverKey);
-    RegCloseKey(classKey);
-    if (leadToOneFile(path, value)) {
-        return 1;
-    }
-    deleteKeyTree(root, name.c_str());
-    return 0;
+    return place == ClassPlace::HERE ? 1 : 0;
+}
+
+ClassPlace findClass(const char* classId, const char* serverKey, const char* path) {
+    PerUserRegistrationOn();
+    const ClassPlace place =
+        placeOf(HKEY_CLASSES_ROOT, std::string("CLSID\\{") + classId + "}", serverKey, path);
+    PerUserRegistrationOff();
+    return place;
 }
 
 }  // namespace juntora

@@ -24,4 +24,14 @@ std::string classKeyOf(const std::string& classId);
 /// registration that follows starts clean.
 int isRegisteredAt(const char* classId, const char* serverKey, const char* path);
 
+enum class ClassPlace {
+    NOWHERE,     ///< There is no such class.
+    HERE,        ///< Its server is at the path.
+    ELSEWHERE,   ///< It has another server, or none.
+    UNREADABLE,  ///< The registry does not tell.
+};
+/// Where a server that has just been asked has its class, compared in the same way. Looks where
+/// servers write, and changes nothing of the class. No other thread may register classes meanwhile.
+ClassPlace findClass(const char* classId, const char* serverKey, const char* path);
+
 }  // namespace juntora

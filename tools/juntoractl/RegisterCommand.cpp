@@ -42,6 +42,19 @@ bool isFailure(ServerOutcome outcome) {
            outcome == ServerOutcome::NO_REGISTRAR;
 }
 
+/// Whether a server that has been asked has done it, of which the registry alone tells.
+bool isConfirmed(const ServerRow& row, const ServerResult& result, bool doRegister) {
+    return findClass(row.classId.c_str(), row.serverKey.c_str(), result.path.c_str()) ==
+           (doRegister ? ClassPlace::HERE : ClassPlace::NOWHERE);
+}
+
+std::string doubtOf(const ServerRow& row, const ServerResult& result, bool doRegister) {
+    return result.path + " has been asked, but its class {" + row.classId + "} is " +
+           (doRegister ? "not registered at this place" : "still registered, or cannot be read") +
+           ". If it is running, end it; see that the registry can be read and written; and try "
+           "again.";
+}
+
 /// A line for each server as it comes.
 class Listing {
 public:
@@ -54,17 +67,22 @@ public:
         }
         ++m_done;
         m_bar.clear();
-        print(row, *result);
+        const bool doRegister = !m_options.unregister;
+        const bool isInDoubt =
+            result->outcome == ServerOutcome::DONE && !isConfirmed(row, *result, doRegister);
+        print(row, *result, isInDoubt ? "not confirmed" : wordOf(result->outcome, doRegister));
         for (const std::string& failure : result->failures) {
             complain(failure);
         }
-        m_hasFailed = m_hasFailed || isFailure(result->outcome);
+        if (isInDoubt) {
+            complain(doubtOf(row, *result, doRegister));
+        }
+        m_hasFailed = m_hasFailed || isInDoubt || isFailure(result->outcome);
     }
     bool hasFailed() const { return m_hasFailed; }
 
 private:
-    void print(const ServerRow& row, const ServerResult& result) const {
-        const std::string word = wordOf(result.outcome, !m_options.unregister);
+    void print(const ServerRow& row, const ServerResult& result, const std::string& word) const {
         if (!m_options.json) {
             printLine(word + std::string(WORD_WIDTH - word.size(), ' ') + result.path);
             return;
