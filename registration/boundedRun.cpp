@@ -1,6 +1,7 @@
 #include "registration/boundedRun.h"
 
 #include <charconv>
+#include <optional>
 #include <string_view>
 
 #include "platform/kernel/errorText.h"
@@ -16,7 +17,8 @@ constexpr DWORD LONGEST_PATIENCE_SECONDS = 3600;
 /// A killed one is gone at once, unless the kernel holds it.
 constexpr DWORD KILLED_MILLISECONDS = 5000;
 
-DWORD patienceSeconds() {
+/// Nothing where the environment says nothing, or nothing that can be followed.
+std::optional<DWORD> wantedPatience() {
     const char* value = GetEnvironment(PATIENCE_VARIABLE);
     const std::string_view text = value == nullptr ? "" : value;
     DWORD seconds = 0;
@@ -24,7 +26,7 @@ DWORD patienceSeconds() {
     const auto [behind, error] = std::from_chars(text.data(), end, seconds);
     const bool isGood = error == std::errc() && behind == end && seconds >= 1 &&
                         seconds <= LONGEST_PATIENCE_SECONDS;
-    return isGood ? seconds : PATIENCE_SECONDS;
+    return isGood ? std::optional(seconds) : std::nullopt;
 }
 
 std::string textOf(DWORD error) {
@@ -37,6 +39,15 @@ std::string textOf(DWORD error) {
 
 }  // namespace
 
+std::string patienceProblem() {
+    if (GetEnvironment(PATIENCE_VARIABLE) == nullptr || wantedPatience()) {
+        return "";
+    }
+    return std::string(PATIENCE_VARIABLE) + " is no number from 1 to " +
+           std::to_string(LONGEST_PATIENCE_SECONDS) + ". Servers have " +
+           std::to_string(PATIENCE_SECONDS) + " s.";
+}
+
 BoundedRun runBounded(const std::string& commandLine) {
     const STARTUPINFOA startup{STARTF_USESHOWWINDOW, SW_HIDE};
     PROCESS_INFORMATION process{};
@@ -46,7 +57,7 @@ BoundedRun runBounded(const std::string& commandLine) {
                 .isMissing = error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND};
     }
     BoundedRun run;
-    const DWORD seconds = patienceSeconds();
+    const DWORD seconds = wantedPatience().value_or(PATIENCE_SECONDS);
     if (WaitForSingleObject(process.hProcess, seconds * 1000) != WAIT_OBJECT_0) {
         TerminateProcess(process.hProcess);
         WaitForSingleObject(process.hProcess, KILLED_MILLISECONDS);

@@ -19,4 +19,8 @@ struct BoundedRun {
 };
 BoundedRun runBounded(const std::string& commandLine);
 
+/// What is wrong with JUNTORA_REGISTRAR_SECONDS, for a person; empty for nothing. The 30 s hold
+/// then.
+std::string patienceProblem();
+
 }  // namespace juntora

@@ -1,5 +1,5 @@
 // The keys of classes, in the registry of the machine for an administrator and in the user's own
-// for everybody else. Any thread may call these.
+// for everybody else. Any thread may call these. Texts are not null.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// Writing and deleting keys of the registry. Any thread may call these.
+// Writing and deleting keys of the registry. Any thread may call these. Texts are not null.
 #pragma once
 
 #include "platform/registry/registry.h"

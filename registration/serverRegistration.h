@@ -40,7 +40,8 @@ void reportLines(const ServerResult& result, ReportFn report);
 /// Takes the class of a resident server out of the registry without starting the server.
 ServerResult unregisterResident(const ServerRow& row, const std::string& path);
 
-/// runServer() for who wants to know no more than 1, success or nothing to be done, and 0.
+/// runServer() for who wants to know no more than 1, success or nothing to be done, and 0. Texts
+/// are not null; `report` and `exitFunctions` may be.
 int registerServer(int force, int doRegister, const char* kind, const char* path,
                    const char* classId, const char* serverKey, ReportFn report,
                    void* exitFunctions);

@@ -20,9 +20,9 @@ namespace juntora {
 /// ran or failed to. `exitFunctions` goes with the schematic group and may be null. Returns 1.
 int registerSuiteServers(int force, int doRegister, ReportFn report, void* exitFunctions);
 
-/// The same for `count` rows of a table, without the environment's part. The running program's own
-/// row is passed over; where a development tree is in use (setup/programTree.h) its folder is tried
-/// first. Returns 1.
+/// The same for `count` rows of a table, null only for none, without the environment's part. The
+/// running program's own row is passed over; where a development tree is in use
+/// (setup/programTree.h) its folder is tried first. Returns 1.
 int registerServerList(int force, int doRegister, const ServerRow* rows, int count, ReportFn report,
                        void* exitFunctions);
 

@@ -135,6 +135,15 @@ TEST_F(SuiteTest, AServerThatFailsCostsALine) {
               outcome.errors.npos)
         << outcome.errors;
     EXPECT_EQ(outcome.errors.find('\x1b'), outcome.errors.npos) << "no bar without a terminal";
+
+    fs::remove_all(root() + "/tools/voltara");
+    fs::create_directories(root() + "/tools/voltara");
+    makeServers({"good"});
+    for (const std::string seconds : {"0", "3601", "4s"}) {
+        const Outcome told = control({"register"}, {"JUNTORA_REGISTRAR_SECONDS=" + seconds});
+        EXPECT_EQ(0, told.code) << told.errors;
+        EXPECT_NE(told.errors.find("is no number from 1 to 3600"), told.errors.npos) << seconds;
+    }
 }
 
 TEST_F(SuiteTest, ARunThatIsKilledIsMadeGoodByTheNext) {

@@ -1,4 +1,5 @@
 // register: the suite's servers, one after the other. No hub takes part.
+#include "registration/boundedRun.h"
 #include "registration/classKeys.h"
 #include "registration/desktopTypes.h"
 #include "registration/suiteRegistration.h"
@@ -104,6 +105,9 @@ private:
 };
 
 int run(const Options& options) {
+    if (const std::string problem = patienceProblem(); !problem.empty()) {
+        complain(problem);
+    }
     const ServerTables tables = readServerTables();
     Listing listing(options, tables.schematic.size() + tables.simulation.size());
     runSuite(
