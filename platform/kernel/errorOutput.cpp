@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <limits.h>
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -34,6 +35,11 @@ void WriteToErrors(std::string_view text) {
 }
 
 bool ErrorsAreOnTerminal() { return isatty(STDERR_FILENO) == 1; }
+
+std::size_t ErrorColumns() {
+    winsize size{};
+    return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
+}
 
 void LeaveStandardStreams() {
     const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);

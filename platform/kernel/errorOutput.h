@@ -1,6 +1,7 @@
 // Standard error, for a program that must outlive whoever started it.
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 
 namespace juntora::kernel {
@@ -11,6 +12,9 @@ void WriteToErrors(std::string_view text);
 
 /// Whether a person reads it, on a terminal.
 bool ErrorsAreOnTerminal();
+
+/// The columns of that terminal; 0 where it is none, or does not tell.
+std::size_t ErrorColumns();
 
 /// For a program that has nothing to say and outlives the one that started it: from here on its
 /// standard input is empty, and what it and its libraries write goes nowhere, so that nobody who
