@@ -20,6 +20,11 @@ struct LessIgnoringCase {
     }
 };
 
+bool isMarked(std::string_view text) {
+    return text.starts_with(UTF8_MARK) || text.starts_with(WIDE_MARKS[0]) ||
+           text.starts_with(WIDE_MARKS[1]);
+}
+
 /// Goes over the lines, and says what the one that it stands at is.
 class Lines {
 public:
@@ -231,7 +236,9 @@ std::string ProfileText::withoutSection(std::string_view section) const {
         }
         end.pass(line);
     }
-    return text.append(m_text.substr(std::max(kept, end.get())));
+    text.append(m_text.substr(std::max(kept, end.get())));
+    // A mark in the middle of a file is none, and must not become one.
+    return isMarked(text) && !isMarked(m_text) ? "\n" + text : text;
 }
 
 bool ProfileText::isSectionName(std::string_view name) {
